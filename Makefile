@@ -1,0 +1,40 @@
+# make run   installs what is missing, builds, starts Telvane on the virtual station
+# make test  installs what is missing, builds, runs every test
+# make build / make bench / make format
+NATIVE := build/native
+WIN    := build/win
+BENCH  := build/bench
+JOBS   ?= $(shell nproc)
+
+.PHONY: deps build build-native build-win run test bench format clean
+
+deps:
+	@scripts/install-deps
+
+build: deps build-native build-win
+
+build-native:
+	cmake -S . -B $(NATIVE) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTELVANE_SANITIZE=ON >/dev/null
+	cmake --build $(NATIVE) -j$(JOBS)
+
+build-win:
+	cmake -S . -B $(WIN) -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64.cmake -DCMAKE_BUILD_TYPE=Release >/dev/null
+	cmake --build $(WIN) -j$(JOBS)
+
+run: build
+	scripts/run-sim
+
+test: build
+	ctest --test-dir $(NATIVE) --output-on-failure
+	ctest --test-dir $(WIN) --output-on-failure
+
+bench: deps
+	cmake -S . -B $(BENCH) -DCMAKE_BUILD_TYPE=Release -DTELVANE_BENCH=ON -DTELVANE_TESTS=OFF >/dev/null
+	cmake --build $(BENCH) -j$(JOBS) --target telvane_bench
+	$(BENCH)/out/telvane_bench
+
+format:
+	git ls-files '*.cpp' '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf build

@@ -1,0 +1,2 @@
+// Placeholder: the main window lands with the foundation.
+#include <windows.h>

@@ -1,0 +1,128 @@
+// The operator-feedback seam as a recorder: what the program shows is kept as text,
+// and the operator's clicks and answers come from the test's script.
+#include <deque>
+#include <map>
+
+#include "sim/recorded_feedback.h"
+#include "app/system_services.h"
+
+namespace {
+
+struct ScriptedClick {
+  uint64_t atMs;
+  QueuedTarget target;
+};
+
+std::vector<std::string> calls;
+std::map<Box, std::string> boxTexts;
+std::deque<ScriptedClick> clicks;
+std::deque<Answer> answers;
+int dispatchedClicks = 0;
+
+const char* boxName(Box box) {
+  switch (box) {
+    case Box::Status: return "Status";
+    case Box::Progress: return "Progress";
+    case Box::Time: return "Time";
+    case Box::PositionX: return "PositionX";
+    case Box::PositionY: return "PositionY";
+    case Box::PositionZ: return "PositionZ";
+    case Box::LaserVoltage: return "LaserVoltage";
+    case Box::WritingArea: return "WritingArea";
+    case Box::WritingSpeed: return "WritingSpeed";
+    case Box::Blink: return "Blink";
+    case Box::Gain: return "Gain";
+    case Box::Exposure: return "Exposure";
+    case Box::Dx: return "Dx";
+    case Box::Dy: return "Dy";
+  }
+  return "?";
+}
+
+const char* targetName(QueuedTarget target) {
+  switch (target) {
+    case QueuedTarget::DisplayWindow: return "display";
+    case QueuedTarget::MainWindow: return "main";
+    case QueuedTarget::OtherWindow: return "other";
+  }
+  return "?";
+}
+
+}  // namespace
+
+void recordedFeedbackReset() {
+  calls.clear();
+  boxTexts.clear();
+  clicks.clear();
+  answers.clear();
+  dispatchedClicks = 0;
+}
+
+const std::vector<std::string>& recordedCalls() { return calls; }
+
+std::string recordedBoxText(Box box) {
+  auto found = boxTexts.find(box);
+  return found == boxTexts.end() ? std::string() : found->second;
+}
+
+void recordedSetBoxText(Box box, const std::string& text) { boxTexts[box] = text; }
+
+void recordedScriptClick(uint64_t atMs, QueuedTarget target) { clicks.push_back({atMs, target}); }
+
+void recordedQueueAnswer(Answer answer) { answers.push_back(answer); }
+
+int recordedDispatchedClicks() { return dispatchedClicks; }
+
+void feedbackSetBoxText(Box box, const std::string& text) {
+  boxTexts[box] = text;
+  calls.push_back(std::string("box ") + boxName(box) + ": " + text);
+}
+
+std::string feedbackGetBoxText(Box box, int maxChars) {
+  std::string text = recordedBoxText(box);
+  if (maxChars >= 1 && static_cast<int>(text.size()) > maxChars - 1) text.resize(maxChars - 1);
+  return text;
+}
+
+void feedbackPaintStatus(const std::string& newest, const std::string& previous) {
+  calls.push_back("status: " + newest + "|" + previous);
+}
+
+void feedbackSetButtonText(int controlId, const std::string& text) {
+  calls.push_back("button " + std::to_string(controlId) + ": " + text);
+}
+
+void feedbackCheckRadio(int firstId, int lastId, int checkedId) {
+  calls.push_back("radio " + std::to_string(firstId) + "-" + std::to_string(lastId) + ": " +
+                  std::to_string(checkedId));
+}
+
+void feedbackSetCheck(int controlId, bool checked) {
+  calls.push_back("check " + std::to_string(controlId) + ": " + (checked ? "1" : "0"));
+}
+
+void feedbackFocusMainWindow() { calls.push_back("focus main"); }
+
+Answer feedbackMessageBox(const std::string& text, const std::string& title, MessageKind kind,
+                          bool ownedByMainWindow) {
+  calls.push_back(std::string(kind == MessageKind::YesNo ? "question " : "message ") + title +
+                  ": " + text + (ownedByMainWindow ? "" : " (no owner)"));
+  if (kind == MessageKind::Ok) return Answer::Ok;
+  if (answers.empty()) return Answer::No;
+  Answer answer = answers.front();
+  answers.pop_front();
+  return answer;
+}
+
+bool feedbackTakeMessage(QueuedMessage& message) {
+  if (clicks.empty() || clicks.front().atMs > systemTickMs()) return false;
+  message = {QueuedKind::LeftButtonDown, clicks.front().target};
+  calls.push_back(std::string("click ") + targetName(clicks.front().target));
+  clicks.pop_front();
+  return true;
+}
+
+void feedbackDispatchTakenMessage() {
+  ++dispatchedClicks;
+  calls.push_back("dispatch");
+}
