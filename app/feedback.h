@@ -35,6 +35,8 @@ void feedbackSetButtonText(int controlId, const std::string& text);
 void feedbackCheckRadio(int firstId, int lastId, int checkedId);
 void feedbackSetCheck(int controlId, bool checked);
 void feedbackFocusMainWindow();
+// Timer 1 of the main window, the live view's 200 ms tick.
+void feedbackSetLiveTimer(bool running);
 
 // Message boxes, owned by the main window unless the owner is null (before it exists).
 enum class MessageKind { Ok, YesNo };

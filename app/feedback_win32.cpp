@@ -10,6 +10,7 @@ void feedbackSetButtonText(int, const std::string&) {}
 void feedbackCheckRadio(int, int, int) {}
 void feedbackSetCheck(int, bool) {}
 void feedbackFocusMainWindow() {}
+void feedbackSetLiveTimer(bool) {}
 
 Answer feedbackMessageBox(const std::string& text, const std::string& title, MessageKind kind, bool) {
   int result = MessageBoxA(nullptr, text.c_str(), title.c_str(), kind == MessageKind::YesNo ? MB_YESNO : MB_OK);

@@ -103,6 +103,10 @@ void feedbackSetCheck(int controlId, bool checked) {
 
 void feedbackFocusMainWindow() { calls.push_back("focus main"); }
 
+void feedbackSetLiveTimer(bool running) {
+  calls.push_back(running ? "timer 1: 200 ms" : "timer 1: killed");
+}
+
 Answer feedbackMessageBox(const std::string& text, const std::string& title, MessageKind kind,
                           bool ownedByMainWindow) {
   calls.push_back(std::string(kind == MessageKind::YesNo ? "question " : "message ") + title +

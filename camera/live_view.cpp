@@ -1,0 +1,4 @@
+// Placeholder until the camera lands.
+#include "camera/live_view.h"
+
+void grabAndShowLiveFrame() {}
