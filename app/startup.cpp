@@ -1,0 +1,5 @@
+// Placeholder until the foundation lands.
+#include "app/startup.h"
+
+void startUpDevices() {}
+void shutDownDevices() {}

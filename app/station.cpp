@@ -1,7 +1,0 @@
-// Placeholder: the geometry recompute lands with the foundation.
-#include "app/station.h"
-
-StationParameters::StationParameters() {}
-
-StationParameters station;
-LaserOutput laser;
