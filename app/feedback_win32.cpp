@@ -10,6 +10,8 @@ void feedbackSetButtonText(int, const std::string&) {}
 void feedbackCheckRadio(int, int, int) {}
 void feedbackSetCheck(int, bool) {}
 void feedbackFocusMainWindow() {}
+void feedbackDrawMainText(int, int, const std::string&, int, int, int) {}
+void feedbackRedrawMainWindow() {}
 void feedbackSetLiveTimer(bool) {}
 
 Answer feedbackMessageBox(const std::string& text, const std::string& title, MessageKind kind, bool) {
