@@ -8,9 +8,9 @@
 #include <string>
 
 enum class Box {
-  Status,    // "Information" (2103): painted over, see feedbackPaintStatus
-  Progress,  // "Progress" (2006)
-  Time,      // "Time (estimated)" (2006, reached by its handle)
+  Status,        // "Information" (2103): painted over, see feedbackPaintStatus
+  Progress,      // "Progress" (2006)
+  Time,          // "Time (estimated)" (2006, reached by its handle)
   PositionX,
   PositionY,
   PositionZ,
