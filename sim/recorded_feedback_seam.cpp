@@ -3,8 +3,8 @@
 #include <deque>
 #include <map>
 
-#include "app/system_services.h"
 #include "sim/recorded_feedback.h"
+#include "app/system_services.h"
 
 namespace {
 
