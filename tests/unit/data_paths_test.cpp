@@ -9,8 +9,6 @@ TEST_F(RunFolder, DataFolderLiesOnTheDesktop) {
   EXPECT_EQ(dataPaths.dataFolder, desktop_ / "Orvalin_Data");
   EXPECT_TRUE(std::filesystem::is_directory(dataPaths.dataFolder));
   EXPECT_EQ(dataPaths.configPath, desktop_ / "Orvalin_Data" / "Config.txt");
-  EXPECT_EQ(dataPaths.maskFileName, L"mask.png");
-  EXPECT_EQ(dataPaths.alignmentMarkFileName, L"alignment_mark.png");
   EXPECT_EQ(dataPaths.runFolderCreated, 0);
 }
 

@@ -77,7 +77,7 @@ TEST_F(StartUp, WithNoDevicesEachIsReportedInOrderWithoutOwner) {
   shutDownDevices();
 }
 
-TEST_F(StartUp, SettingsFileRecomputesTheGeometryAndClusterTableIsZeroed) {
+TEST_F(StartUp, SettingsRecomputeTheGeometryAndShutdownWritesThemBack) {
   writeFile(dataPaths.configPath, "Mag:2X, laser shift:(0,0,0)\n");
   startUpDevices();
   EXPECT_EQ(station.magnification, 2);
@@ -86,15 +86,10 @@ TEST_F(StartUp, SettingsFileRecomputesTheGeometryAndClusterTableIsZeroed) {
   EXPECT_EQ(kClusterTableBytes, 40'020'000u);
   EXPECT_EQ(clusterTable[kClusterCapacity - 1].count, 0);
   EXPECT_EQ(clusterTable[kClusterCapacity - 1].bottommost.y, 0);
-  shutDownDevices();
-  EXPECT_EQ(clusterTable, nullptr);
-}
-
-TEST_F(StartUp, ShutdownWritesTheSettingsAndSwitchesTheLaserOff) {
-  startUpDevices();
   station.magnification = 6;
   laser.laserOn = 1;
   shutDownDevices();
+  EXPECT_EQ(clusterTable, nullptr);
   EXPECT_EQ(laser.laserOn, 0);
   EXPECT_EQ(readFile(dataPaths.configPath).substr(0, 7), "Mag:6X,");
 }
