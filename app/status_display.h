@@ -1,7 +1,22 @@
-// The status line and the stage position boxes. Placeholder until the foundation lands.
+// What every operation tells the operator on the main window: the two-line status
+// text, the "Progress" box, the stage position boxes and the time estimate. It owns the
+// status buffers and the last shown position; the focus measure is shown by focusing.
 #pragma once
 
-// Paints text (and the previous line under it) over the "Information" box; always 1.
-int showStatus(const char* text);
-// Writes the cached stage position, truncated to whole micrometres, into the X, Y, Z boxes.
+#include <string>
+
+constexpr int kStatusLineBytes = 208;
+
+extern char statusLine[kStatusLineBytes];          // newest status text
+extern char previousStatusLine[kStatusLineBytes];  // the one before it
+extern int shownPositionUm[3];                     // X, Y, Z last written to the boxes
+
+// Paints text (padded with blanks so it covers a longer earlier line) over the
+// "Information" box, with the previous line under it. Returns 1.
+int showStatus(const std::string& text);
+// Sets the text of the "Progress" box. Returns 1.
+int showProgress(const std::string& text);
+// Writes the serial link's cached stage position, truncated to whole um, to the boxes.
 void showStagePosition();
+// Writes "elapsed (estimated) min." into the "Time (estimated)" box.
+void showTimeEstimate();
