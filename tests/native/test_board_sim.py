@@ -87,14 +87,6 @@ class BoardSimTest(unittest.TestCase):
         with open(board.log) as log:
             self.assertTrue(log.read().splitlines()[-1].endswith("hung up"))
 
-    def test_a_silent_board_says_nothing(self):
-        board = BoardSim(self.folder.name, "--silent")
-        try:
-            board.send("p", "T1600", "L16")
-            self.assertEqual(board.read_for(0.5), b"")
-        finally:
-            board.close()
-
 
 if __name__ == "__main__":
     unittest.main()

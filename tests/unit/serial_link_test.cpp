@@ -2,7 +2,6 @@
 #include "link_fixture.h"
 
 using SerialLinkTest = LinkTest;
-using ::testing::ElementsAre;
 
 TEST_F(SerialLinkTest, OpeningSendsTheOriginQueriesAndSpeedsEachWithItsNul) {
   serialLink.speedUmPerS[0] = 1000;
@@ -12,12 +11,6 @@ TEST_F(SerialLinkTest, OpeningSendsTheOriginQueriesAndSpeedsEachWithItsNul) {
   const char expected[] = "z\0p\0P\0Q\0s6400\0a32000\0S1600\0T160";  // and its own NUL
   EXPECT_EQ(virtualSerialWritten(), std::string(expected, sizeof expected));
   EXPECT_EQ(serialLink.failed, 0);
-}
-
-TEST_F(SerialLinkTest, OpeningWithSpeedsNeverSetSendsTheSlowestSpeeds) {
-  ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
-  EXPECT_THAT(sentCommands(), ElementsAre("z", "p", "P", "Q", "s6", "a32000", "S1", "T1"));
-  EXPECT_EQ(serialLink.speedUmPerS[0], 1);
 }
 
 TEST_F(SerialLinkTest, OpeningReadsThePositionsTheBoardReports) {

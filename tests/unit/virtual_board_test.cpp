@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 
 namespace {
@@ -34,12 +33,6 @@ TEST(VirtualBoard, AMoveRampsCruisesAndReportsItsEnd) {
   EXPECT_EQ(board.read(2100), "Z\r\n");
   board.send("Q", 2200);
   EXPECT_EQ(board.read(2200), "q320\r\n");
-}
-
-TEST(VirtualBoard, AShortMoveHasATriangularProfile) {
-  // Ramps up to 6400 steps/s need 1280 steps in all.
-  EXPECT_DOUBLE_EQ(boardMoveDurationMs(100, 6400, 32000), 2.0 * std::sqrt(100.0 / 32000) * 1000);
-  EXPECT_DOUBLE_EQ(boardMoveDurationMs(8000, 6400, 32000), (8000.0 / 6400 + 0.2) * 1000);
 }
 
 TEST(VirtualBoard, ALimitSwitchStopsTheMoveAndMarksTheReport) {
