@@ -1,20 +1,46 @@
 // The command switch of the main window: one case per id, one named handler per case.
 #include "app/command_dispatch.h"
 
+#include "app/layers.h"
+#include "app/live_view_control.h"
 #include "app/responsive_wait.h"
+#include "app/shell_commands.h"
+#include "app/system_services.h"
+#include "app/view_geometry.h"
 #include "camera/live_view.h"
 #include "link/jog_pad.h"
+#include "resources/resource.h"
 
 void dispatchCommand(int id) {
   switch (id) {
-    default:
-      break;  // unknown ids are ignored
+    case IDC_ZOOM_IN: changeZoom(1); break;
+    case IDC_ZOOM_OUT: changeZoom(-1); break;
+    case IDC_SHOW: changeZoom(0); break;
+    case IDC_ALL: changeZoom(10); break;
+    case IDC_VIDEO_ON: setLiveView(1); break;
+    case IDC_VIDEO_OFF: setLiveView(0); break;
+    case IDC_BLINK: blinkLaser(); break;
+    case IDC_CENTER_WRITING_ONLY: toggleCheckBox(centerWritingOnly, IDC_CENTER_WRITING_ONLY); break;
+    case IDC_MASK_LAYER: toggleCheckBox(maskShown, IDC_MASK_LAYER); break;
+    case IDC_LINES_LAYER: toggleCheckBox(linesShown, IDC_LINES_LAYER); break;
+    case IDC_MARK_LAYER: toggleCheckBox(markShown, IDC_MARK_LAYER); break;
+    case IDM_START_VECTOR_WRITING:  // lines are written by "Start Writing" when "lines" is checked
+    case IDM_STOP:                  // a click during the run stops it, through the responsive wait
+      break;
+    default: break;  // unknown ids are ignored
   }
 }
 
-void onMainWindowCreated() {}
+void onMainWindowCreated() {
+  showFirstStates();
+  showBlinkDuration();
+  setLiveView(0);
+}
 
-void onMainWindowDestroyed() {}
+void onMainWindowDestroyed() {
+  setLiveView(0);
+  systemSleepMs(100);
+}
 
 void onMainKeyDown(int virtualKey) { JogByKey(virtualKey); }
 
