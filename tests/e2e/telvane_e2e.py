@@ -143,9 +143,9 @@ class WineSession:
         subprocess.run(["xdotool", "mousemove", str(screen_x), str(screen_y), "click", "1"],
                        env=self.env, check=True)
 
-    def screenshot(self, name):
-        os.makedirs(ARTIFACTS, exist_ok=True)
-        path = os.path.join(ARTIFACTS, name + ".png")
+    def screenshot(self, name, folder=ARTIFACTS):
+        os.makedirs(folder, exist_ok=True)
+        path = os.path.join(folder, name + ".png")
         subprocess.run(["import", "-window", "root", path], env=self.env, check=True,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         return path
