@@ -14,13 +14,16 @@
 #include "resources/resource.h"
 #include "sim/recorded_feedback.h"
 #include "sim/virtual_clock.h"
+#include "tests/unit/station_fixture.h"
 
 namespace {
 
-class MainCommands : public ::testing::Test {
+class MainCommands : public StationTest {
  protected:
   void SetUp() override {
-    virtualClockReset();
+    StationTest::SetUp();
+    blinkMs = 500;
+    centerWritingOnly = 0;
     setLiveView(0);
     setLiveView(0);  // remembered state off as well
     recordedFeedbackReset();
@@ -77,7 +80,6 @@ struct BlinkCase {
 class Blink : public MainCommands, public ::testing::WithParamInterface<BlinkCase> {};
 
 TEST_P(Blink, ClampsTheDurationShowsItAndSwitchesTheLaserBackOff) {
-  blinkMs = 500;
   recordedSetBoxText(Box::Blink, GetParam().typed);
   uint64_t startMs = virtualClockNow();
   dispatchCommand(IDC_BLINK);
@@ -95,7 +97,6 @@ INSTANTIATE_TEST_SUITE_P(TypedDurations, Blink,
                                            BlinkCase{"abc", 500, "500"}, BlinkCase{"-7", 1, "1"}));
 
 TEST_F(MainCommands, CheckBoxesToggleTheirFlagAndMark) {
-  maskShown = linesShown = markShown = centerWritingOnly = 0;
   dispatchCommand(IDC_MASK_LAYER);
   dispatchCommand(IDC_MASK_LAYER);
   dispatchCommand(IDC_LINES_LAYER);
@@ -107,7 +108,6 @@ TEST_F(MainCommands, CheckBoxesToggleTheirFlagAndMark) {
   EXPECT_EQ(linesShown, 1);
   EXPECT_EQ(markShown, 1);
   EXPECT_EQ(centerWritingOnly, 1);
-  linesShown = markShown = centerWritingOnly = 0;
 }
 
 TEST_F(MainCommands, MenuStopAndStartVectorWritingChangeNothing) {
@@ -126,14 +126,13 @@ TEST_F(MainCommands, MenuStopAndStartVectorWritingChangeNothing) {
 }
 
 TEST_F(MainCommands, FirstStatesEndWithTheBlinkBoxAndTheLiveViewOff) {
-  blinkMs = 500;
   setLiveView(1);
   recordedFeedbackReset();
   onMainWindowCreated();
   const Calls& calls = recordedCalls();
   ASSERT_FALSE(calls.empty());
   EXPECT_EQ(calls.front(), "radio 32001-32002: 32001");
-  EXPECT_EQ(recordedBoxText(Box::WritingArea), std::to_string(station.magnification));
+  EXPECT_EQ(recordedBoxText(Box::WritingArea), "1");
   EXPECT_EQ(recordedBoxText(Box::WritingSpeed), "600");
   EXPECT_EQ(recordedBoxText(Box::Gain), "20");
   EXPECT_EQ(recordedBoxText(Box::Exposure), "30000");
