@@ -95,6 +95,9 @@ class MainWindowUnderWine(unittest.TestCase):
             self.assertEqual(check[2121], 1)
 
             session.screenshot("main_window")
+            session.inspect("command", TITLE, 104)  # Help, "Information(&A)..."
+            self.assertTrue(session.inspect("wait", "About Telvane", 10000))
+            session.inspect("answer", "About Telvane", 1)
             session.inspect("close", TITLE)
             self.assertEqual(session.wait_exit(), 0)
             with open(os.path.join(session.desktop, "Orvalin_Data", "Config.txt"), "rb") as f:
