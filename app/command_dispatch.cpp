@@ -1,33 +1,60 @@
 // The command switch of the main window: one case per id, one named handler per case.
 #include "app/command_dispatch.h"
 
+#include "app/layers.h"
+#include "app/live_view_control.h"
 #include "app/responsive_wait.h"
+#include "app/shell_commands.h"
+#include "app/system_services.h"
+#include "app/view_geometry.h"
 #include "camera/live_view.h"
 #include "link/jog_pad.h"
 #include "link/stage_commands.h"
+#include "resources/resource.h"
 
 void dispatchCommand(int id) {
   switch (id) {
-    case 2009: onReadPositionCommand(); break;
-    case 2013: onStepPlusCommand(); break;
-    case 2014: onStepMinusCommand(); break;
-    case 3000: onLaserOnCommand(); break;
-    case 3001: onLaserOffCommand(); break;
-    case 3105: onIlluminationOnCommand(); break;
-    case 3106: onIlluminationOffCommand(); break;
-    case 4003: onMoveXCommand(); break;
-    case 4004: onMoveYCommand(); break;
-    case 4005: onMoveZCommand(); break;
-    case 32001: onMountCommand(); break;
-    case 32002: onWaferCommand(); break;
-    case 32810: onReopenControllerCommand(); break;
+    case IDC_ZOOM_IN: changeZoom(1); break;
+    case IDC_ZOOM_OUT: changeZoom(-1); break;
+    case IDC_SHOW: changeZoom(0); break;
+    case IDC_ALL: changeZoom(10); break;
+    case IDC_VIDEO_ON: setLiveView(1); break;
+    case IDC_VIDEO_OFF: setLiveView(0); break;
+    case IDC_BLINK: blinkLaser(); break;
+    case IDC_CENTER_WRITING_ONLY: toggleCheckBox(centerWritingOnly, IDC_CENTER_WRITING_ONLY); break;
+    case IDC_MASK_LAYER: toggleCheckBox(maskShown, IDC_MASK_LAYER); break;
+    case IDC_LINES_LAYER: toggleCheckBox(linesShown, IDC_LINES_LAYER); break;
+    case IDC_MARK_LAYER: toggleCheckBox(markShown, IDC_MARK_LAYER); break;
+    case IDC_POSITION_READ: onReadPositionCommand(); break;
+    case IDC_STEP_PLUS: onStepPlusCommand(); break;
+    case IDC_STEP_MINUS: onStepMinusCommand(); break;
+    case IDC_LASER_ON: onLaserOnCommand(); break;
+    case IDC_LASER_OFF: onLaserOffCommand(); break;
+    case IDC_ILLUMINATION_ON: onIlluminationOnCommand(); break;
+    case IDC_ILLUMINATION_OFF: onIlluminationOffCommand(); break;
+    case IDC_MOVE_X: onMoveXCommand(); break;
+    case IDC_MOVE_Y: onMoveYCommand(); break;
+    case IDC_MOVE_Z: onMoveZCommand(); break;
+    case IDC_MOUNT: onMountCommand(); break;
+    case IDC_WAFER: onWaferCommand(); break;
+    case IDM_REOPEN_CONTROLLER: onReopenControllerCommand(); break;
+    case IDM_START_VECTOR_WRITING:  // lines are written by "Start Writing" when "lines" is checked
+    case IDM_STOP:                  // a click during the run stops it, through the responsive wait
+      break;
     default: break;  // unknown ids are ignored
   }
 }
 
-void onMainWindowCreated() {}
+void onMainWindowCreated() {
+  showFirstStates();
+  showBlinkDuration();
+  setLiveView(0);
+}
 
-void onMainWindowDestroyed() {}
+void onMainWindowDestroyed() {
+  setLiveView(0);
+  systemSleepMs(100);
+}
 
 void onMainKeyDown(int virtualKey) { JogByKey(virtualKey); }
 

@@ -2,3 +2,5 @@
 #include "camera/live_view.h"
 
 void grabAndShowLiveFrame() {}
+
+void resetLiveFrameErrors() {}

@@ -3,6 +3,7 @@
 #include "link/jog_pad.h"
 
 #include "app/feedback.h"
+#include "app/live_view_control.h"
 #include "app/responsive_wait.h"
 #include "app/status_display.h"
 #include "link/stage_motion.h"
@@ -61,17 +62,25 @@ bool PointInRect(IntPoint point, const IntRect& rect) {
 
 void JogByKey(int virtualKey) {
   if (jogPad.busy) return;
+  jogPad.busy = 1;
+  int liveViewWasOn = setLiveView(kLiveViewQueryNow);
+  if (liveViewWasOn) setLiveView(kLiveViewOff);
   AxisStep step;
-  if (!keyStep(virtualKey, step)) return;
-  MoveAxisBy(serialLink, step.axis, step.deltaUm);
-  waitResponsive(10);
-  showStagePosition();
+  if (keyStep(virtualKey, step)) {
+    MoveAxisBy(serialLink, step.axis, step.deltaUm);
+    waitResponsive(10);
+    showStagePosition();
+  }
+  if (liveViewWasOn) setLiveView(kLiveViewOn);
+  jogPad.busy = 0;
 }
 
 void JogPadPress(JogPad& pad, IntPoint point) {
   if (pad.busy) return;
   pad.released = 0;
   pad.busy = 1;
+  pad.liveViewWasOn = setLiveView(kLiveViewQueryNow);
+  if (pad.liveViewWasOn) setLiveView(kLiveViewOff);
   for (int i = 0; i < kJogPadRects; ++i) {
     if (!PointInRect(point, pad.rects[i])) continue;
     const IntRect& rect = pad.rects[i];
@@ -82,9 +91,14 @@ void JogPadPress(JogPad& pad, IntPoint point) {
       MoveAxisBy(serialLink, step.axis, step.deltaUm);
       showStagePosition();
       waitResponsive(10);
+      if (pad.liveViewWasOn) {
+        waitResponsive(10);
+        setLiveView(kLiveViewOneFrame);
+      }
     }
     break;
   }
+  if (pad.liveViewWasOn) setLiveView(kLiveViewOn);
   waitResponsive(100);
   feedbackRedrawMainWindow();
   pad.busy = 0;

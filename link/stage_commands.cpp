@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "app/feedback.h"
+#include "app/live_view_control.h"
 #include "app/responsive_wait.h"
 #include "app/station.h"
 #include "app/status_display.h"
@@ -23,8 +24,13 @@ constexpr int kPositionBoxChars = 11;  // 10 characters and the terminator
 
 void moveAxisToBoxValue(int axis, Box box) {
   double targetUm = 0.0;
-  if (std::sscanf(feedbackGetBoxText(box, kPositionBoxChars).c_str(), "%lf", &targetUm) == 1)
-    MoveAxisAndWait(serialLink, axis, std::clamp(targetUm, -kBoxTravelUm, kBoxTravelUm));
+  if (std::sscanf(feedbackGetBoxText(box, kPositionBoxChars).c_str(), "%lf", &targetUm) != 1)
+    return;
+  // The live view's grabs would stall the move's wait.
+  int liveViewWasOn = setLiveView(kLiveViewQueryNow);
+  if (liveViewWasOn) setLiveView(kLiveViewOff);
+  MoveAxisAndWait(serialLink, axis, std::clamp(targetUm, -kBoxTravelUm, kBoxTravelUm));
+  if (liveViewWasOn) setLiveView(kLiveViewOn);
 }
 
 }  // namespace
