@@ -1,0 +1,90 @@
+"""telvane.exe under Wine talking to telvane-board-sim through COM3 (a Wine dosdevices
+symlink to the board's pseudo-terminal), as the station's PC talks to its board: the
+start-up opens the port twice with the exact command bytes, the laser switch reaches the
+board, closing the program switches the outputs off, and a board that never answers
+delays start-up only by the read time-outs."""
+import os
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from telvane_e2e import BIN, WineSession  # noqa: E402
+
+TITLE = "Telvane"
+OPEN_SEQUENCE = ["z", "p", "P", "Q", "s6", "a32000", "S1", "T1"]
+LASER_ON_RADIO = (1362 + 10, 122 + 10)
+
+
+class Board:
+    """telvane-board-sim linked as the session's COM3."""
+
+    def __init__(self, session, *faults):
+        self.log = os.path.join(session.folder, "board.log")
+        link = os.path.join(session.prefix, "dosdevices", "com3")
+        self.process = subprocess.Popen(
+            [os.path.join(BIN, "telvane-board-sim"), "--link", link, "--log", self.log,
+             *faults], stdout=subprocess.PIPE, stdin=subprocess.DEVNULL, text=True)
+        self.process.stdout.readline()  # the terminal's path: the link exists from here on
+
+    def commands(self):
+        with open(self.log) as log:
+            return [line.rstrip("\n").split(" ", 1)[1] for line in log]
+
+    def wait_for(self, tail, timeout=20):
+        deadline = time.monotonic() + timeout
+        while time.monotonic() < deadline:
+            if self.commands()[-len(tail):] == tail:
+                return
+            time.sleep(0.2)
+        raise AssertionError("board log ends %r, not %r" % (self.commands()[-8:], tail))
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait(timeout=10)
+        self.process.stdout.close()
+
+
+class ControllerLinkUnderWine(unittest.TestCase):
+    def test_start_up_laser_and_shutdown_bytes(self):
+        with WineSession("controller_link") as session:
+            board = Board(session)
+            try:
+                session.start("telvane.exe")
+                titles = [t for t, _ in session.dismiss_message_boxes_until(TITLE)]
+                self.assertNotIn("Warning", titles)
+                self.assertNotIn("Scanner Error", titles)
+                self.assertNotIn("Communication Error", titles)
+                self.assertEqual(board.commands()[:16], OPEN_SEQUENCE * 2)
+
+                session.click_client(TITLE, *LASER_ON_RADIO)
+                board.wait_for(["D 6 5", "G 5 117"])
+
+                session.inspect("close", TITLE)
+                self.assertEqual(session.wait_exit(), 0)
+                board.wait_for(["D 6 5", "G 5 117", "D 6 0", "G 5 0", "D 7 0"])
+                self.assertIn('"D 7 0" was sent.', session.output())
+            finally:
+                board.stop()
+
+    def test_a_silent_board_only_costs_the_read_time_outs(self):
+        with WineSession("silent_board") as session:
+            board = Board(session, "--silent")
+            try:
+                started = time.monotonic()
+                session.start("telvane.exe")
+                session.dismiss_message_boxes_until(TITLE)
+                # Two opens, three 150 ms position reads each, plus Wine's own start.
+                self.assertLess(time.monotonic() - started, 45)
+                self.assertEqual(board.commands()[:16], OPEN_SEQUENCE * 2)
+                session.inspect("close", TITLE)
+                self.assertEqual(session.wait_exit(), 0)
+                # The laser voltage was never raised: no "G 5 0" at the end.
+                board.wait_for(["T1", "D 6 0", "D 7 0"])
+            finally:
+                board.stop()
+
+
+if __name__ == "__main__":
+    unittest.main()
