@@ -9,6 +9,7 @@
 #include "app/view_geometry.h"
 #include "camera/live_view.h"
 #include "link/jog_pad.h"
+#include "link/stage_commands.h"
 #include "resources/resource.h"
 
 void dispatchCommand(int id) {
@@ -24,6 +25,19 @@ void dispatchCommand(int id) {
     case IDC_MASK_LAYER: toggleCheckBox(maskShown, IDC_MASK_LAYER); break;
     case IDC_LINES_LAYER: toggleCheckBox(linesShown, IDC_LINES_LAYER); break;
     case IDC_MARK_LAYER: toggleCheckBox(markShown, IDC_MARK_LAYER); break;
+    case IDC_POSITION_READ: onReadPositionCommand(); break;
+    case IDC_STEP_PLUS: onStepPlusCommand(); break;
+    case IDC_STEP_MINUS: onStepMinusCommand(); break;
+    case IDC_LASER_ON: onLaserOnCommand(); break;
+    case IDC_LASER_OFF: onLaserOffCommand(); break;
+    case IDC_ILLUMINATION_ON: onIlluminationOnCommand(); break;
+    case IDC_ILLUMINATION_OFF: onIlluminationOffCommand(); break;
+    case IDC_MOVE_X: onMoveXCommand(); break;
+    case IDC_MOVE_Y: onMoveYCommand(); break;
+    case IDC_MOVE_Z: onMoveZCommand(); break;
+    case IDC_MOUNT: onMountCommand(); break;
+    case IDC_WAFER: onWaferCommand(); break;
+    case IDM_REOPEN_CONTROLLER: onReopenControllerCommand(); break;
     case IDM_START_VECTOR_WRITING:  // lines are written by "Start Writing" when "lines" is checked
     case IDM_STOP:                  // a click during the run stops it, through the responsive wait
       break;
@@ -44,9 +58,9 @@ void onMainWindowDestroyed() {
 
 void onMainKeyDown(int virtualKey) { JogByKey(virtualKey); }
 
-void onMainLeftButtonDown(int x, int y) { JogPadPress(x, y); }
+void onMainLeftButtonDown(int x, int y) { JogPadPress(jogPad, {x, y}); }
 
-void onMainLeftButtonUp() { JogPadRelease(); }
+void onMainLeftButtonUp() { JogPadRelease(jogPad); }
 
 void onMainTimer(int timerId) {
   if (writingActive == 1 || timerId != 1) return;

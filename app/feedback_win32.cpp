@@ -78,6 +78,20 @@ void feedbackSetCheck(int controlId, bool checked) {
 
 void feedbackFocusMainWindow() { SetFocus(mainWindow); }
 
+void feedbackDrawMainText(int x, int y, const std::string& text, int red, int green, int blue) {
+  HDC dc = GetDC(mainWindow);
+  if (dc == nullptr) return;
+  SetTextColor(dc, RGB(red, green, blue));
+  SetBkMode(dc, TRANSPARENT);
+  TextOutA(dc, x, y, text.c_str(), static_cast<int>(text.size()));
+  ReleaseDC(mainWindow, dc);
+}
+
+void feedbackRedrawMainWindow() {
+  InvalidateRect(mainWindow, nullptr, TRUE);
+  UpdateWindow(mainWindow);
+}
+
 void feedbackSetLiveTimer(bool running) {
   if (running) {
     SetTimer(mainWindow, 1, 200, nullptr);
