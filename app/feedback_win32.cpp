@@ -82,6 +82,7 @@ void feedbackDrawMainText(int x, int y, const std::string& text, int red, int gr
   HDC dc = GetDC(mainWindow);
   if (dc == nullptr) return;
   SetTextColor(dc, RGB(red, green, blue));
+  SetBkMode(dc, TRANSPARENT);
   TextOutA(dc, x, y, text.c_str(), static_cast<int>(text.size()));
   ReleaseDC(mainWindow, dc);
 }
