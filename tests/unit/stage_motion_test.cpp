@@ -40,6 +40,17 @@ TEST_F(StageMotionTest, ASilentBoardEndsTheWaitAfterItsTimeOut) {
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
 }
 
+TEST_F(StageMotionTest, ALostArrivalReportEndsOnTheQueriedPosition) {
+  openWithSpeeds(1000, 1000, 1000);
+  VirtualBoard& board = virtualSerialBoard();
+  board.faults.dropEveryNthReply = 2;
+  board.repliesSent = 1;  // the next reply, the arrival report, is lost; the query's is not
+  MoveAxisTo(serialLink, 2, 200.0);
+  EXPECT_EQ(WaitForAxis(serialLink, 2, 200.0, MoveTimeoutMs(serialLink, 2, 200.0)),
+            kWaitQueriedPosition);
+  EXPECT_THAT(lastStatus(), StartsWith("Z arrived(5): "));
+}
+
 TEST_F(StageMotionTest, APositionReplyNearTheTargetEndsTheWait) {
   openWithSpeeds(1000, 1000, 100);
   virtualSerialBoard().faults.silent = true;
