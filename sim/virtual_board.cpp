@@ -18,6 +18,8 @@ constexpr char kZeroLetter[kBoardAxes] = {'z', 'Z', 'Y'};
 constexpr char kStopLetter[kBoardAxes] = {'n', 'N', 'O'};
 constexpr char kArrivalLetter[kBoardAxes] = {'X', 'Y', 'Z'};
 constexpr const char* kGarbage = "\xfe%&";
+// Slower than this a stepper stalls; the firmware runs slower speed commands at this speed.
+constexpr int32_t kSlowestStepsPerS = 160;
 constexpr double kTravelUm = 25000.0;
 
 int axisOf(const char* letters, char c) {
@@ -78,12 +80,13 @@ void startMove(VirtualBoard& board, int axis, int32_t targetSteps) {
   a.endsAtLimit = target > a.maxMachineSteps || target < a.minMachineSteps;
   a.fromSteps = a.machineSteps;
   a.toSteps = std::clamp(target, a.minMachineSteps, a.maxMachineSteps);
-  a.cruiseStepsPerS = std::max(1, a.speedStepsPerS);
+  int32_t speed = std::max(kSlowestStepsPerS, a.speedStepsPerS);
+  a.cruiseStepsPerS = speed;
   a.accelUsed = std::max(1, a.accelStepsPerS2);
   double distance = std::fabs(double(a.toSteps - a.fromSteps));
   // A short move never reaches the commanded speed: the profile becomes a triangle.
   a.cruiseStepsPerS = std::min(a.cruiseStepsPerS, std::sqrt(distance * a.accelUsed));
-  a.durationMs = boardMoveDurationMs(distance, a.speedStepsPerS, a.accelUsed);
+  a.durationMs = boardMoveDurationMs(distance, speed, a.accelUsed);
   a.startMs = board.nowMs;
   a.moving = true;
 }
@@ -111,8 +114,12 @@ void execute(VirtualBoard& board, const std::string& text) {
     board.axes[axis].originSteps = machineStepsAt(board.axes[axis], board.nowMs);
   } else if ((axis = axisOf(kStopLetter, letter)) >= 0) {
     BoardAxis& a = board.axes[axis];
-    a.machineSteps = machineStepsAt(a, board.nowMs);
-    a.moving = false;  // a stopped move is not reported: it did not end where it was sent
+    if (a.moving) {
+      // The move ends here and now, and is reported like any other end of a move.
+      a.machineSteps = machineStepsAt(a, board.nowMs);
+      a.moving = false;
+      emit(board, std::string(1, kArrivalLetter[axis]) + "\r\n");
+    }
   } else if (letter == 'G') {
     if (std::sscanf(rest, "%d %d", &value, &second) == 2) {
       sampleExposure(board, board.nowMs);

@@ -52,7 +52,7 @@ TEST(VirtualBoard, ZeroAndStopWorkOnTheRunningAxis) {
   int64_t stoppedAt = boardAxisSteps(board.b, 1, 5000);
   EXPECT_GT(stoppedAt, 700);
   EXPECT_LT(stoppedAt, 900);
-  EXPECT_EQ(board.read(20000), "");  // a stopped move is not reported
+  EXPECT_EQ(board.read(20000), "Y\r\n");  // reported where it stopped, once
   board.send("Z", 20000);
   board.send("P", 20000);
   EXPECT_EQ(board.read(20000), "P0\r\n");
