@@ -27,17 +27,6 @@ TEST_F(ControllerCommandsTest, SpeedsAreClampedAndStoredBeforeScaling) {
   EXPECT_EQ(serialLink.speedUmPerS[1], 1);
 }
 
-TEST_F(ControllerCommandsTest, OtherAxisNumbersSendNothing) {
-  openWithSpeeds(1000, 1000, 100);
-  int speed = 100;
-  SetAxisSpeed(serialLink, 3, speed);
-  SetAxisAcceleration(serialLink, -1, 100);
-  MoveAxisTo(serialLink, 3, 10.0);
-  StopAxis(serialLink, 5);
-  ZeroAxis(serialLink, 3);
-  EXPECT_TRUE(sentCommands().empty());
-}
-
 TEST_F(ControllerCommandsTest, AMoveSendsTheTargetInStepsAndLeavesThePositionToTheWait) {
   openWithSpeeds(1000, 1000, 100);
   serialLink.upperLimit[0] = serialLink.lowerLimit[0] = 0.0;

@@ -51,17 +51,6 @@ TEST_F(SerialLinkTest, AFailedLineSettingsReadReturns2WithThePortOpen) {
   testing::internal::CaptureStdout();
 }
 
-TEST_F(SerialLinkTest, EachSentCommandIsTracedOnStandardOutput) {
-  openWithSpeeds(1000, 1000, 100);
-  SendCommand(serialLink, "S1600");
-  std::string out = testing::internal::GetCapturedStdout();
-  testing::internal::CaptureStdout();
-  EXPECT_NE(out.find("\nBaudRate = 1200, ByteSize = 7, Parity = 2, StopBits = 0\n"),
-            std::string::npos);
-  EXPECT_NE(out.find("\"S1600\" was sent.\n"), std::string::npos);
-  EXPECT_EQ(virtualSerialWritten(), std::string("S1600\0", 6));
-}
-
 TEST_F(SerialLinkTest, AFailedWriteLeavesTheLinkFailedUntilReopened) {
   openWithSpeeds(1000, 1000, 100);
   virtualSerialBoard().faults.hangUpAfterCommands =

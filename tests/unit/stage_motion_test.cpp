@@ -147,17 +147,6 @@ TEST_F(StageMotionTest, APressOnAPadEdgeStartsNoJog) {
   EXPECT_EQ(jogPad.busy, 0);
 }
 
-TEST_F(StageMotionTest, TheStepButtonsMoveAxisZeroByTwoMicrometres) {
-  openWithSpeeds(1000, 1000, 100);
-  clearLimitFlags();
-  dispatchCommand(2013);
-  dispatchCommand(2014);
-  std::vector<std::string> sent = sentCommands();
-  EXPECT_NE(std::find(sent.begin(), sent.end(), "m12"), sent.end());
-  EXPECT_NE(std::find(sent.begin(), sent.end(), "m0"), sent.end());
-  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 0.0);
-}
-
 TEST_F(StageMotionTest, ThePositionBoxesAreParsedAndClamped) {
   openWithSpeeds(5000, 1000, 100);
   clearLimitFlags();
