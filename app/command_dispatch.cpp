@@ -2,17 +2,23 @@
 #include "app/command_dispatch.h"
 
 #include "app/responsive_wait.h"
+#include "camera/camera_commands.h"
 #include "camera/live_view.h"
 #include "link/jog_pad.h"
 
 void dispatchCommand(int id) {
   switch (id) {
-    default:
-      break;  // unknown ids are ignored
+    case 2102: onCameraCapture(); break;
+    case 2150: onWideView(); break;
+    case 32804: onSaveImage(); break;
+    case 32809: onCameraAutoSetting(); break;
+    case 32817: onCameraBlueOnly(); break;
+    case 32830: onCameraManualEntry(); break;
+    default: break;  // unknown ids are ignored
   }
 }
 
-void onMainWindowCreated() {}
+void onMainWindowCreated() { showFirstCameraFrame(); }
 
 void onMainWindowDestroyed() {}
 
