@@ -4,6 +4,7 @@
 // worth of bytes, so raw row pair y lands in target row (sensorHeight - y - 2) / 2 and
 // the picture comes out bottom-up. The reserved fourth byte is never written.
 #include <algorithm>
+#include <cstring>
 
 #include "app/station.h"
 #include "camera/Basler_camera.h"
@@ -22,6 +23,28 @@ inline CellBytes readCell(const uint8_t* raw, int32_t source, int32_t width, boo
     cell.red = raw[source];
   }
   return cell;
+}
+
+// One row pair into one display row, four bytes at a time: the reserved byte is read and
+// put back unchanged, which lets the compiler vectorise the loop.
+void convertRow(const uint8_t* top, const uint8_t* bottom, uint8_t* out, int32_t pixels,
+                bool blueAlone) {
+  const uint32_t keepGreenRed = blueAlone ? 0u : 0xFFFFFFFFu;
+  for (int32_t p = 0; p < pixels; ++p) {
+    uint16_t topPair, bottomPair;
+    uint32_t pixel;
+    std::memcpy(&topPair, top + 2 * p, 2);
+    std::memcpy(&bottomPair, bottom + 2 * p, 2);
+    std::memcpy(&pixel, out + 4 * p, 4);
+    // Little-endian pairs: the low byte is the left sample.
+    const uint32_t red = topPair & 0xFFu;
+    const uint32_t greenB = topPair >> 8;
+    const uint32_t greenA = bottomPair & 0xFFu;
+    const uint32_t blue = bottomPair >> 8;
+    const uint32_t colour = (((greenA + greenB) >> 1) << 8 | red << 16) & keepGreenRed;
+    pixel = (pixel & 0xFF000000u) | colour | blue;
+    std::memcpy(out + 4 * p, &pixel, 4);
+  }
 }
 
 inline void writePixel(uint8_t* target, int32_t index, const CellBytes& cell) {
@@ -50,22 +73,7 @@ void ConvertBayerToDisplay(CameraDevice& device, const uint8_t* raw, uint8_t* ta
                            targetRow + 2 * (width - 2) <= frameBytes;
     if (rowInside) {
       // The clamps cannot bind anywhere in this row: the plain loop.
-      const uint8_t* top = raw + rowStart;
-      const uint8_t* bottom = top + width;
-      uint8_t* out = target + targetRow;
-      if (blueAlone) {
-        for (int32_t x = 0; x < width; x += 2) {
-          out[2 * x + 2] = 0;
-          out[2 * x + 1] = 0;
-          out[2 * x] = bottom[x + 1];
-        }
-      } else {
-        for (int32_t x = 0; x < width; x += 2) {
-          out[2 * x + 2] = top[x];
-          out[2 * x + 1] = static_cast<uint8_t>((bottom[x] + top[x + 1]) >> 1);
-          out[2 * x] = bottom[x + 1];
-        }
-      }
+      convertRow(raw + rowStart, raw + rowStart + width, target + targetRow, width / 2, blueAlone);
       source = rowStart + width - 2;
       targetIndex = targetRow + 2 * (width - 2);
       cell = readCell(raw, source, width, blueAlone);
