@@ -1,11 +1,50 @@
-// Placeholder until the foundation lands.
 #include "app/responsive_wait.h"
 
+#include <cstdint>
+
+#include "app/feedback.h"
+#include "app/station.h"
 #include "app/system_services.h"
+#include "link/controller_commands.h"
+#include "link/serial_link.h"
 
 int writingActive = 0;
+int completedWaits = 0;
+
+namespace {
+constexpr uint32_t kSliceMs = 10;  // sleep between looks at an empty queue
+}  // namespace
 
 int waitResponsive(int milliseconds) {
-  systemSleepMs(static_cast<uint32_t>(milliseconds));
-  return 1;
+  // Only the low 32 bits are kept: after 49.7 days of uptime the subtraction below sees a
+  // huge elapsed time and the wait ends at once. Operations already rely on this.
+  const uint32_t startMs = static_cast<uint32_t>(systemTickMs());
+  const uint64_t waitMs = milliseconds > 0 ? static_cast<uint64_t>(milliseconds) : 0;
+  QueuedMessage message;
+  for (;;) {
+    if (!feedbackTakeMessage(message)) {
+      systemSleepMs(kSliceMs);
+      if (systemTickMs() - startMs >= waitMs) {
+        ++completedWaits;
+        return 1;
+      }
+      continue;
+    }
+    const bool click = message.kind == QueuedKind::LeftButtonDown;
+    // Focusing asks the same question as writing.
+    if (click && (writingActive == 1 || station.focusingActive == 1)) {
+      if (feedbackMessageBox("Do you want to stop writing, now ?", "Warning", MessageKind::YesNo) ==
+          Answer::Yes) {
+        station.stopRequested = 1;
+        return 0;
+      }
+    }
+    if (click && writingActive == 0 && message.target == QueuedTarget::DisplayWindow) {
+      for (int axis = 0; axis < 3; ++axis) StopAxis(serialLink, axis);
+      feedbackMessageBox("Motor has stopped.", "Notice", MessageKind::Ok);
+      station.stopRequested = 1;
+      return 3;
+    }
+    feedbackDispatchTakenMessage();
+  }
 }

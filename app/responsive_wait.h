@@ -1,8 +1,14 @@
-// The responsive wait and the stop protocol shared by every long operation.
-// Placeholder until the foundation lands.
+// The responsive wait and the stop protocol shared by every long operation. A long
+// operation sets writingActive to 1 and station.stopRequested to 0 when it starts, calls
+// waitResponsive between its steps, tests stopRequested after each wait and sets
+// writingActive back to 0 when it ends. The wait pumps the message queue in 10 ms
+// slices, so the windows stay alive and a left click can stop the operation.
 #pragma once
 
-extern int writingActive;  // 1 while a writing run or another stoppable program runs
+extern int writingActive;   // 1 while a writing run or another stoppable program runs
+extern int completedWaits;  // waits that ended by time; counted only
 
-// 1 the time ran out, 0 the operator confirmed a stop, 3 motors stopped by a click.
+// Waits the given milliseconds while dispatching messages. Returns 1 when the time ran
+// out, 0 when the operator confirmed the stop question (stopRequested is then 1), 3 when
+// a click on the display stopped the motors while nothing was being written.
 int waitResponsive(int milliseconds);

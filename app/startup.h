@@ -1,10 +1,17 @@
-// The portable steps of start-up and shutdown: settings line, device opening with the
-// operator's reports, and the orderly switch-off at exit. The Win32 entry point runs
-// the window-class, GDI+ and message-loop steps around these.
+// The portable steps of start-up and shutdown: settings line, picture sizes, cluster
+// table, device opening with the operator's reports, and the orderly switch-off at
+// exit. The Win32 entry point runs the window-class, GDI+, window and message-loop steps
+// around these, and kills timer 1 and shuts GDI+ down itself.
 #pragma once
 
-// Reads Config.txt, sizes the pictures, allocates the cluster table, opens the
-// controller port twice and connects the camera, each failure with its message box.
+#include "app/station.h"
+
+extern IntSize cameraImageSize;   // size at which the main window redraws the camera image
+extern IntSize pictureImageSize;  // the second picture size, set with the first
+
+// Reads Config.txt (recomputing the geometry when it exists), sets both picture sizes to
+// the display, allocates the cluster table, opens the controller port twice and
+// connects the camera, each failure with its message box.
 void startUpDevices();
-// Writes Config.txt back, switches laser and illumination off.
+// Writes Config.txt back, switches laser and illumination off, frees the cluster table.
 void shutDownDevices();

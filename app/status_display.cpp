@@ -1,13 +1,62 @@
-// Placeholder until the foundation lands.
 #include "app/status_display.h"
 
-#include <string>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
 
 #include "app/feedback.h"
+#include "app/responsive_wait.h"
+#include "app/station.h"
+#include "app/system_services.h"
+#include "app/writing_condition.h"
+#include "link/serial_link.h"
 
-int showStatus(const char* text) {
-  feedbackPaintStatus(text, "");
+char statusLine[kStatusLineBytes] = {};
+char previousStatusLine[kStatusLineBytes] = {};
+int shownPositionUm[3] = {};
+
+namespace {
+constexpr int kSpeedCeilingUmPerS = 800;
+// A zero speed would divide by zero; the estimate treats it as the slowest stage speed.
+constexpr int kSpeedFloorUmPerS = 1;
+}  // namespace
+
+int showStatus(const std::string& text) {
+  std::snprintf(statusLine, sizeof statusLine, "%s                       ", text.c_str());
+  feedbackPaintStatus(statusLine, previousStatusLine);
+  std::memcpy(previousStatusLine, statusLine, sizeof statusLine);
   return 1;
 }
 
-int showStagePosition() { return 1; }
+int showProgress(const std::string& text) {
+  feedbackSetBoxText(Box::Progress, text);
+  return 1;
+}
+
+void showStagePosition() {
+  const Box boxes[3] = {Box::PositionX, Box::PositionY, Box::PositionZ};
+  for (int axis = 0; axis < 3; ++axis) {
+    shownPositionUm[axis] = static_cast<int>(serialLink.positionUm[axis]);
+    char text[32];
+    std::snprintf(text, sizeof text, "%d", shownPositionUm[axis]);
+    feedbackSetBoxText(boxes[axis], text);
+  }
+}
+
+void showTimeEstimate() {
+  uint64_t elapsedMin = 0;
+  if (writingActive == 1) {
+    // startTick holds the low 32 bits as a signed int; widening it the way C does keeps
+    // the elapsed time consistent with how the run recorded it.
+    elapsedMin = (systemTickMs() - static_cast<uint64_t>(station.startTick)) / 1000 / 60;
+  }
+  int speed = station.writingSpeed;
+  if (speed > kSpeedCeilingUmPerS) speed = kSpeedCeilingUmPerS;
+  if (speed < kSpeedFloorUmPerS) speed = kSpeedFloorUmPerS;
+  const int f = outsideSubfactor;
+  const int estimatedMin =
+      station.cellCount / f / f * station.magnification * station.magnification / speed / 60 + 2;
+  char text[100];
+  std::snprintf(text, sizeof text, "%d (%d) min.", static_cast<int>(elapsedMin), estimatedMin);
+  feedbackSetBoxText(Box::Time, text);
+}

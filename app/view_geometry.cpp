@@ -1,4 +1,84 @@
-// Placeholder until the foundation lands.
+// The geometry recompute and the zoom steps. Every double-to-int conversion truncates
+// toward zero, and integer halves truncate too: the drawing code relies on these exact
+// pixel values.
 #include "app/view_geometry.h"
 
-int recomputeViewGeometry(StationParameters& parameters) { return parameters.progressSteps; }
+#include <cmath>
+#include <cstdlib>
+
+#include "app/display_layers.h"
+#include "app/layers.h"
+#include "app/status_display.h"
+
+StationParameters::StationParameters() {
+  recomputeViewGeometry(*this);
+  // Until the first zoom change or camera frame, the writing area and the camera field
+  // both cover the whole display; the live view and the overlays start from that.
+  writingAreaRect = displayRect;
+  cameraRect = {0, 0, kDisplayWidth, kDisplayHeight};
+}
+
+int recomputeViewGeometry(StationParameters& p) {
+  const double lowZoom = std::pow(kZoomOutFactor, p.magnification + 1);
+  const double highZoom = std::pow(kZoomInFactor, kZoomInSteps);
+  if (lowZoom > p.zoom) {
+    p.zoom = lowZoom;
+  } else if (p.zoom > highZoom) {
+    p.zoom = highZoom;
+  }
+
+  const int W = p.displaySize.width;
+  const int H = p.displaySize.height;
+  const int w = p.writingAreaSize.width;
+  const int h = p.writingAreaSize.height;
+  p.writingAreaRect = {(W - w) / 2, (H - h) / 2, (W + w) / 2, (H + h) / 2};
+
+  const double scaledW = w * p.zoom * p.magnification;
+  const double scaledH = h * p.zoom * p.magnification;
+  p.scaledAreaRect = {static_cast<int>((W - scaledW) / 2.0), static_cast<int>((H - scaledH) / 2.0),
+                      static_cast<int>((W + scaledW) / 2.0), static_cast<int>((H + scaledH) / 2.0)};
+
+  p.cameraScale = p.zoom * kCameraFieldUm / kDisplayWidth;
+  const double k = p.cameraScale;
+  p.cameraRect = {static_cast<int>((W - W * k) / 2), static_cast<int>((H - H * k) / 2),
+                  static_cast<int>((W + W * k) / 2), static_cast<int>((H + H * k) / 2)};
+
+  const double pitchPixels = p.cellPitchUm * kDisplayWidth / kCameraFieldUm;
+  p.cellPixels = static_cast<int>(pitchPixels > 1.0 ? pitchPixels : 1.0);
+  p.cellsX = std::abs(p.targetBoxTopLeft.x - p.targetBoxBottomRight.x) / p.cellPixels + 1;
+  p.cellsY = std::abs(p.targetBoxTopLeft.y - p.targetBoxBottomRight.y) / p.cellPixels + 1;
+  p.targetWidthUm = static_cast<float>(static_cast<double>(static_cast<float>(p.cellsX)) *
+                                       kCameraFieldUm / kDisplayWidth);
+  p.targetHeightUm = static_cast<float>(static_cast<double>(static_cast<float>(p.cellsY)) *
+                                        kCameraFieldUm / kDisplayWidth);
+  p.cellCount = p.cellsX * p.cellsY;
+
+  const int longest = p.cellsX > p.cellsY ? p.cellsX : p.cellsY;
+  p.previewScale = p.previewMax / longest;
+  // Only the width decides whether the preview is shown at one pixel per cell.
+  if (p.cellsX >= p.previewMax) {
+    p.previewWidth = p.cellsX;
+    p.previewHeight = p.cellsY;
+  } else {
+    p.previewWidth = p.previewMax * p.cellsX / longest;
+    p.previewHeight = p.previewMax * p.cellsY / longest;
+  }
+
+  p.progressSteps = p.cellCount / 500 + 2;
+  return p.progressSteps;
+}
+
+void changeZoom(int step) {
+  switch (step) {
+    case 1: station.zoom *= kZoomInFactor; break;
+    case -1: station.zoom *= kZoomOutFactor; break;
+    case 10:
+      // The whole writing area is only worth showing when a pattern layer is on.
+      if (maskShown || markShown) station.zoom = 1.0 / station.magnification;
+      break;
+    default: break;
+  }
+  recomputeViewGeometry(station);
+  redrawDisplayLayers();
+  showTimeEstimate();
+}

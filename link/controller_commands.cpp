@@ -8,3 +8,5 @@ int SwitchLaser(LaserOutput& laser, int mode) {
 }
 
 int SwitchIllumination(int) { return 0; }
+
+int StopAxis(SerialLink&, int) { return 1; }

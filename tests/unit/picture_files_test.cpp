@@ -8,25 +8,19 @@
 
 #include "camera/live_render.h"
 #include "camera_test_support.h"
+#include "station_fixture.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-class PictureFiles : public ::testing::Test {
+class PictureFiles : public StationTest {
  protected:
   void SetUp() override {
+    StationTest::SetUp();
     resetCameraWorld();
-    desktop =
-        fs::temp_directory_path() /
-        ("telvane-pictures-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()));
-    fs::remove_all(desktop);
-    fs::create_directories(desktop);
-    virtualClockSetDesktop(desktop);
   }
-  void TearDown() override { fs::remove_all(desktop); }
-  fs::path desktop;
 };
 
 TEST_F(PictureFiles, TheFirstOpticPictureIsOptic0HoldingPngData) {

@@ -1,0 +1,46 @@
+#include "app/writing_condition.h"
+#include "station_fixture.h"
+
+namespace {
+
+using RunFolder = StationTest;
+
+TEST_F(RunFolder, DataFolderLiesOnTheDesktop) {
+  EXPECT_EQ(dataPaths.dataFolder, desktop_ / "Orvalin_Data");
+  EXPECT_TRUE(std::filesystem::is_directory(dataPaths.dataFolder));
+  EXPECT_EQ(dataPaths.configPath, desktop_ / "Orvalin_Data" / "Config.txt");
+  EXPECT_EQ(dataPaths.runFolderCreated, 0);
+}
+
+TEST_F(RunFolder, NamedByTheMinuteOfTheFirstSaveAndKeptForTheRun) {
+  ensureRunFolder(dataPaths, 0);
+  EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_14-05");
+  EXPECT_TRUE(std::filesystem::is_directory(dataPaths.runFolder));
+  EXPECT_EQ(dataPaths.runFolderCreated, 1);
+
+  virtualClockSetLocalTime({2024, 3, 17, 15, 9, 30});
+  ensureRunFolder(dataPaths, 0);
+  EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_14-05");
+
+  ensureRunFolder(dataPaths, 1);
+  EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_15-09");
+}
+
+TEST_F(RunFolder, WritingConditionRecordsAreNumberedFromZero) {
+  writeWritingCondition();
+  station.writingSpeed = 250;
+  writeWritingCondition();
+  const auto folder = dataPaths.dataFolder / "240317_14-05";
+  ASSERT_TRUE(std::filesystem::exists(folder / "writing_condition(0).txt"));
+  ASSERT_TRUE(std::filesystem::exists(folder / "writing_condition(1).txt"));
+  EXPECT_EQ(writingConditionCounter, 2);
+  EXPECT_EQ(readFile(folder / "writing_condition(0).txt"),
+            "Mag:1X, laser shift:(0,0,0), Arduino:3, Standa:1,2,3\n"
+            "Laser voltage: 2.30 V(inside), 2.60 V(outside), 1.30 V(line)\n"
+            "Filling speed (in, out, skip): 700, 700, 600 (um/s)\n"
+            "Vector writing speed (1um, 3um, 6um, 10um): 120, 100, 60, 40 (um/s)\n"
+            "defocus (Dz): 0.0 um\n");
+  EXPECT_NE(readFile(folder / "writing_condition(1).txt").find("700, 700, 250"), std::string::npos);
+}
+
+}  // namespace

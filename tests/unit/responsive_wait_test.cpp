@@ -1,0 +1,107 @@
+#include "app/status_display.h"
+#include "station_fixture.h"
+
+namespace {
+
+using ResponsiveWait = StationTest;
+
+TEST_F(ResponsiveWait, ZeroWaitSleepsOneSliceAndReturnsTimeUp) {
+  const int before = completedWaits;
+  EXPECT_EQ(waitResponsive(0), 1);
+  EXPECT_EQ(virtualClockNow(), 1'000'010u);
+  EXPECT_EQ(completedWaits, before + 1);
+}
+
+TEST_F(ResponsiveWait, ATickCountBeyond32BitsEndsTheWaitAtOnce) {
+  virtualClockReset(0x1'0000'0000ull + 5);
+  EXPECT_EQ(waitResponsive(60'000), 1);
+  EXPECT_EQ(virtualClockNow(), 0x1'0000'0000ull + 15);
+}
+
+TEST_F(ResponsiveWait, ConfirmedStopDuringWritingConsumesTheClick) {
+  writingActive = 1;
+  recordedScriptClick(1'000'050, QueuedTarget::MainWindow);
+  recordedQueueAnswer(Answer::Yes);
+  EXPECT_EQ(waitResponsive(1000), 0);
+  EXPECT_EQ(station.stopRequested, 1);
+  EXPECT_EQ(recordedDispatchedClicks(), 0);
+  EXPECT_EQ(recordedCalls().back(), "question Warning: Do you want to stop writing, now ?");
+  EXPECT_LT(virtualClockNow(), 1'000'100u);
+}
+
+TEST_F(ResponsiveWait, DeclinedStopLetsTheClickActAndTheWaitRunsOut) {
+  writingActive = 1;
+  recordedScriptClick(1'000'050, QueuedTarget::DisplayWindow);
+  recordedQueueAnswer(Answer::No);
+  EXPECT_EQ(waitResponsive(200), 1);
+  EXPECT_EQ(station.stopRequested, 0);
+  EXPECT_EQ(recordedDispatchedClicks(), 1);
+}
+
+TEST_F(ResponsiveWait, IdleClickOnTheMainWindowActsButOnTheDisplayStopsTheMotors) {
+  recordedScriptClick(1'000'010, QueuedTarget::MainWindow);
+  recordedScriptClick(1'000'020, QueuedTarget::DisplayWindow);
+  EXPECT_EQ(waitResponsive(3000), 3);
+  EXPECT_EQ(station.stopRequested, 1);
+  EXPECT_EQ(recordedCalls().back(), "message Notice: Motor has stopped.");
+  EXPECT_EQ(recordedDispatchedClicks(), 1);
+}
+
+TEST_F(ResponsiveWait, FocusingAsksTheWritingQuestionThenStopsTheMotorsOnNo) {
+  station.focusingActive = 1;
+  recordedScriptClick(1'000'020, QueuedTarget::DisplayWindow);
+  EXPECT_EQ(waitResponsive(3000), 3);
+  const auto& calls = recordedCalls();
+  ASSERT_GE(calls.size(), 2u);
+  EXPECT_EQ(calls[calls.size() - 2], "question Warning: Do you want to stop writing, now ?");
+  EXPECT_EQ(calls.back(), "message Notice: Motor has stopped.");
+}
+
+using StatusDisplay = StationTest;
+
+TEST_F(StatusDisplay, NewLineOnTopPreviousBelowBothPadded) {
+  const std::string pad(23, ' ');
+  showStatus("Moving the stage to the writing area");
+  showStatus("Done");
+  EXPECT_EQ(recordedCalls().back(),
+            "status: Done" + pad + "|Moving the stage to the writing area" + pad);
+}
+
+TEST_F(StatusDisplay, StagePositionIsTruncatedToWholeMicrometres) {
+  serialLink.positionUm[0] = 12.9;
+  serialLink.positionUm[1] = -7.6;
+  serialLink.positionUm[2] = 0.4;
+  showStagePosition();
+  EXPECT_EQ(recordedBoxText(Box::PositionX), "12");
+  EXPECT_EQ(recordedBoxText(Box::PositionY), "-7");
+  EXPECT_EQ(recordedBoxText(Box::PositionZ), "0");
+  EXPECT_EQ(shownPositionUm[1], -7);
+}
+
+TEST_F(StatusDisplay, TimeEstimateWhenNothingRunsAndAtZeroSpeed) {
+  station.cellCount = 51088;
+  outsideSubfactor = 2;
+  station.writingSpeed = 600;
+  showTimeEstimate();
+  EXPECT_EQ(recordedBoxText(Box::Time), "0 (2) min.");
+  station.writingSpeed = 0;
+  showTimeEstimate();
+  EXPECT_EQ(recordedBoxText(Box::Time), "0 (214) min.");  // 51088 / 2 / 2 / 1 / 60 + 2
+}
+
+TEST_F(StatusDisplay, TimeEstimateCountsElapsedMinutesOnlyWhileWriting) {
+  station.cellCount = 1'000'000;
+  outsideSubfactor = 2;
+  station.magnification = 2;
+  station.writingSpeed = 5000;  // clamped to 800 for the estimate only
+  station.startTick = static_cast<int>(virtualClockNow());
+  virtualClockAdvance(125'000);
+  showTimeEstimate();
+  EXPECT_EQ(recordedBoxText(Box::Time), "0 (22) min.");
+  writingActive = 1;
+  showTimeEstimate();
+  EXPECT_EQ(recordedBoxText(Box::Time), "2 (22) min.");
+  EXPECT_EQ(station.writingSpeed, 5000);
+}
+
+}  // namespace

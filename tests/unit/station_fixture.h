@@ -1,0 +1,57 @@
+// A fresh station for each test: default records, an empty temporary desktop, the
+// virtual clock at a known time and a recorder with no calls.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+
+#include "app/data_paths.h"
+#include "app/layers.h"
+#include "app/responsive_wait.h"
+#include "app/station.h"
+#include "app/writing_condition.h"
+#include "link/serial_link.h"
+#include "sim/recorded_feedback.h"
+#include "sim/virtual_clock.h"
+
+class StationTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    desktop_ = std::filesystem::temp_directory_path() /
+               ("telvane_desktop_" + std::to_string(std::random_device()()));
+    std::filesystem::create_directories(desktop_);
+    virtualClockSetDesktop(desktop_);
+    virtualClockReset();
+    virtualClockSetLocalTime({2024, 3, 17, 14, 5, 0});
+    recordedFeedbackReset();
+    station = StationParameters();
+    laser = LaserOutput();
+    serialLink = SerialLink();
+    dataPaths = DataPaths();
+    writingActive = 0;
+    writingConditionCounter = 0;
+    outsideSubfactor = 5;
+    maskShown = markShown = linesShown = 0;
+  }
+
+  void TearDown() override {
+    std::error_code ignored;
+    std::filesystem::remove_all(desktop_, ignored);
+  }
+
+  static std::string readFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  }
+
+  static void writeFile(const std::filesystem::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+  }
+
+  std::filesystem::path desktop_;
+};

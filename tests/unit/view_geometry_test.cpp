@@ -1,0 +1,95 @@
+#include "app/view_geometry.h"
+
+#include <cmath>
+
+#include "station_fixture.h"
+
+namespace {
+
+void expectRect(const IntRect& rect, int left, int top, int right, int bottom) {
+  EXPECT_EQ(rect.left, left);
+  EXPECT_EQ(rect.top, top);
+  EXPECT_EQ(rect.right, right);
+  EXPECT_EQ(rect.bottom, bottom);
+}
+
+using ViewGeometry = StationTest;
+
+TEST_F(ViewGeometry, ConstructedStationCoversTheWholeDisplayUntilTheFirstRecompute) {
+  expectRect(station.writingAreaRect, 0, 0, 1232, 1028);
+  expectRect(station.cameraRect, 0, 0, 1232, 1028);
+  expectRect(station.scaledAreaRect, 116, 14, 1116, 1014);
+  EXPECT_EQ(station.cellsX, 248);
+  EXPECT_EQ(station.cellsY, 206);
+  EXPECT_EQ(dataPaths.cellMarks.size(), 248u);
+  EXPECT_EQ(dataPaths.cellMarks[247].size(), 206u);
+}
+
+TEST_F(ViewGeometry, DefaultsAtZoomOneAndMagnificationOne) {
+  EXPECT_EQ(recomputeViewGeometry(station), 104);
+  EXPECT_EQ(station.zoom, 1.0);
+  expectRect(station.writingAreaRect, 116, 14, 1116, 1014);
+  expectRect(station.scaledAreaRect, 116, 14, 1116, 1014);
+  EXPECT_NEAR(station.cameraScale, 0.5982142857, 1e-9);
+  expectRect(station.cameraRect, 247, 206, 984, 821);
+  EXPECT_EQ(station.cellPixels, 1);
+  EXPECT_EQ(station.cellCount, 51088);
+  EXPECT_EQ(station.previewScale, 1);
+  EXPECT_EQ(station.previewWidth, 400);
+  EXPECT_EQ(station.previewHeight, 332);
+  EXPECT_FLOAT_EQ(station.targetWidthUm, 248.0f * 737.0f / 1232.0f);
+}
+
+TEST_F(ViewGeometry, ZoomIsClampedBetweenMagnificationFloorAndSixZoomIns) {
+  station.magnification = 10;
+  station.zoom = 0.01;
+  recomputeViewGeometry(station);
+  EXPECT_DOUBLE_EQ(station.zoom, std::pow(0.75, 11));
+  EXPECT_NEAR(station.zoom, 0.04224, 1e-5);
+
+  station.zoom = 100.0;
+  recomputeViewGeometry(station);
+  EXPECT_DOUBLE_EQ(station.zoom, std::pow(4.0 / 3.0, 6));
+}
+
+TEST_F(ViewGeometry, CameraViewFillsTheDisplay) {
+  station.zoom = station.zoomReset;
+  recomputeViewGeometry(station);
+  EXPECT_DOUBLE_EQ(station.cameraScale, 1.0);
+  expectRect(station.cameraRect, 0, 0, 1232, 1028);
+}
+
+TEST_F(ViewGeometry, CellPitchSetsPixelsPerCellAndCounts) {
+  station.cellPitchUm = 0.5;
+  recomputeViewGeometry(station);
+  EXPECT_EQ(station.cellPixels, 1);
+  EXPECT_EQ(station.cellsX, 248);
+
+  station.cellPitchUm = 2.0;
+  recomputeViewGeometry(station);
+  EXPECT_EQ(station.cellPixels, 3);
+  EXPECT_EQ(station.cellsX, 247 / 3 + 1);
+  EXPECT_EQ(station.cellsY, 205 / 3 + 1);
+}
+
+TEST_F(ViewGeometry, TenZoomInsStopAtTheUpperLimit) {
+  for (int i = 0; i < 10; ++i) changeZoom(1);
+  EXPECT_DOUBLE_EQ(station.zoom, std::pow(4.0 / 3.0, 6));
+  changeZoom(-1);
+  EXPECT_DOUBLE_EQ(station.zoom, std::pow(4.0 / 3.0, 6) * 0.75);
+  EXPECT_EQ(recordedBoxText(Box::Time), "0 (2) min.");
+}
+
+TEST_F(ViewGeometry, AllShowsTheWritingAreaOnlyWithAPatternLayer) {
+  station.magnification = 2;
+  changeZoom(10);
+  EXPECT_EQ(station.zoom, 1.0);
+  markShown = 1;
+  changeZoom(10);
+  EXPECT_EQ(station.zoom, 0.5);
+  expectRect(station.scaledAreaRect, 116, 14, 1116, 1014);
+  changeZoom(7);
+  EXPECT_EQ(station.zoom, 0.5);
+}
+
+}  // namespace
