@@ -257,6 +257,8 @@ void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour) {
 
 bool canvasBlit(Canvas* canvas, int x, int y) {
   if (canvas->memory == nullptr || canvas->bitmap == nullptr) return false;
+  // The live canvas outlives window creation, so the window is looked up every time.
+  canvas->hwnd = windowOf(canvas->window);
   bool copied = true;
   if (canvas->hwnd != nullptr) {
     HDC dc = GetDC(canvas->hwnd);
@@ -277,6 +279,7 @@ bool canvasStretch(Canvas* canvas, const IntRect& rect) {
   if (canvas->memory == nullptr || canvas->bitmap == nullptr) return false;
   const int width = rect.right - rect.left;
   const int height = rect.bottom - rect.top;
+  canvas->hwnd = windowOf(canvas->window);
   bool copied = true;
   if (canvas->hwnd != nullptr) {
     HDC dc = GetDC(canvas->hwnd);

@@ -69,12 +69,7 @@ void deliver(SdkGrabResult& result) {
 
 }  // namespace
 
-void virtualCameraReset() {
-  VirtualCameraState& s = state();
-  std::vector<uint8_t> keptFrame = std::move(s.frame);
-  s = VirtualCameraState{};
-  s.frame = std::move(keptFrame);
-}
+void virtualCameraReset() { state() = VirtualCameraState{}; }
 
 void virtualCameraSetPresent(bool present) { state().present = present; }
 
