@@ -13,8 +13,7 @@
 
 namespace {
 
-constexpr int kTextureSize = 2048;  // texels, a power of two so that wrapping is a mask
-constexpr int kTextureMask = kTextureSize - 1;
+constexpr int kTextureSize = 2520;                     // texels: 30 grid periods, about 3 mm
 constexpr int kViewWidth = kVirtualSensorWidth / 4;    // 616 texels
 constexpr int kViewHeight = kVirtualSensorHeight / 4;  // 514 texels
 constexpr double kTexelUm = kVirtualFieldUm / kViewWidth;
@@ -54,38 +53,35 @@ Rgb shade(int r, int g, int b, int percent) {
   return {c(r), c(g), c(b)};
 }
 
-// The sample at texel (u, v), with um coordinates x = u * kTexelUm, y = v * kTexelUm.
+// The sample at texel (u, v), texel units throughout so that the pattern repeats
+// seamlessly with the texture: grid lines every 84 texels (about 100 um), pads every 168,
+// alignment crosses every 420 texels on crossings between the pads.
 Rgb sampleTexel(int u, int v) {
-  const double xUm = u * kTexelUm;
-  const double yUm = v * kTexelUm;
   // Grain at two scales: fine speckle and a softer mottle.
   const int fine = static_cast<int>(hash(u, v) % 41) - 20;
   const int coarse = static_cast<int>(hash(u / 6, v / 6 + 7919) % 31) - 15;
   const int grain = 100 + fine + coarse;
   Rgb colour = shade(120, 135, 170, grain);
 
-  const int xi = static_cast<int>(xUm);
-  const int yi = static_cast<int>(yUm);
-  // Gold pads, 40 um square, centred on every 200 um crossing.
-  if (wrapDistance(xi, 200) < 20 && wrapDistance(yi, 200) < 20) {
+  // Gold pads, about 40 um square, on every other grid crossing.
+  if (wrapDistance(u, 168) < 17 && wrapDistance(v, 168) < 17) {
     colour = shade(225, 190, 95, 90 + fine / 2);
   }
-  // Grid lines every 100 um, 2.5 um wide.
-  if (wrapDistance(xi, 100) < 1 || wrapDistance(yi, 100) < 1) colour = shade(60, 65, 85, grain);
-  // Alignment crosses every 500 um: arms 120 um long, 6 um wide, offset by 250 um from
-  // the pads so both stay visible.
-  const int cx = (xi + 250) % 500;
-  const int cy = (yi + 250) % 500;
-  const int dx = std::abs(cx - 250);
-  const int dy = std::abs(cy - 250);
-  if ((dx < 3 && dy < 60) || (dy < 3 && dx < 60)) colour = shade(240, 240, 235, 100);
-  // Block code beside each cross: eight 8 um squares, filled by the bits of the block
-  // index, so neighbouring fields can be told apart.
-  if (cy >= 270 && cy < 278 && cx >= 270 && cx < 334) {
-    const int blockX = ((xi + 250) / 500) & 15;
-    const int blockY = ((yi + 250) / 500) & 15;
-    const int bit = (cx - 270) / 8;
-    if (((blockX | (blockY << 4)) >> bit) & 1) colour = shade(200, 70, 60, 100);
+  // Grid lines, about 2.5 um wide.
+  if (wrapDistance(u, 84) < 1 || wrapDistance(v, 84) < 1) colour = shade(60, 65, 85, grain);
+  // Alignment crosses: arms about 120 um long and 5 um wide, on crossings between the pads.
+  const int cx = (u + 126) % 420;
+  const int cy = (v + 126) % 420;
+  const int dx = std::abs(cx - 210);
+  const int dy = std::abs(cy - 210);
+  if ((dx < 2 && dy < 50) || (dy < 2 && dx < 50)) colour = shade(240, 240, 235, 100);
+  // Block code beside each cross: eight squares of about 8 um filled by the bits of the
+  // block index, so that neighbouring fields can be told apart.
+  if (cy >= 226 && cy < 233 && cx >= 226 && cx < 282) {
+    const int blockX = (u + 126) / 420;
+    const int blockY = (v + 126) / 420;
+    const int bit = (cx - 226) / 7;
+    if (((blockX | (blockY << 3)) >> bit) & 1) colour = shade(200, 70, 60, 100);
   }
   return colour;
 }
@@ -111,13 +107,18 @@ Sample& sample() {
   return s;
 }
 
+int wrapTexel(int t) {
+  const int w = t % kTextureSize;
+  return w < 0 ? w + kTextureSize : w;
+}
+
 int texelOf(double um) { return static_cast<int>(std::floor(um / kTexelUm)); }
 
 void stamp(Sample& s, int u, int v, int darkness) {
   for (int dv = -1; dv <= 1; ++dv) {
     for (int du = -1; du <= 1; ++du) {
-      uint8_t& cell = s.exposure[static_cast<size_t>((v + dv) & kTextureMask) * kTextureSize +
-                                 ((u + du) & kTextureMask)];
+      uint8_t& cell =
+          s.exposure[static_cast<size_t>(wrapTexel(v + dv)) * kTextureSize + wrapTexel(u + du)];
       cell = static_cast<uint8_t>(std::max<int>(cell, darkness));
     }
   }
@@ -149,12 +150,12 @@ void copyRegion(Sample& s, int left, int top, int radius) {
   const int width = kViewWidth + 2 * radius;
   const int height = kViewHeight + 2 * radius;
   for (int j = 0; j < height; ++j) {
-    const int v = (top - (j - radius)) & kTextureMask;  // image rows go down, v goes up
+    const int v = wrapTexel(top - (j - radius));  // image rows go down, v goes up
     const Rgb* texRow = &s.texels[static_cast<size_t>(v) * kTextureSize];
     const uint8_t* expRow = &s.exposure[static_cast<size_t>(v) * kTextureSize];
     auto* out = &s.region[static_cast<size_t>(j) * width];
-    for (int i = 0; i < width; ++i) {
-      const int u = (left + i - radius) & kTextureMask;
+    for (int i = 0, u = wrapTexel(left - radius); i < width;
+         ++i, u = u + 1 == kTextureSize ? 0 : u + 1) {
       const int keep = 255 - expRow[u] / 2;
       out[i] = {texRow[u].r * keep / 255, texRow[u].g * keep / 255,
                 texRow[u].b * (255 - expRow[u] / 3) / 255};
@@ -213,7 +214,7 @@ int brightnessPercent(const StationView& view, const VirtualImaging& imaging) {
 // The violet laser spot in the middle of the field, wider when defocused.
 void addLaserSpot(Sample& s, const StationView& view, int blurRadius) {
   if (!view.laserOn || view.laserPwm <= 0) return;
-  const int radius = 3 + blurRadius / 2;
+  const int radius = 6 + blurRadius / 2;
   const int strength = std::clamp(view.laserPwm, 0, 255);
   const int cx = kViewWidth / 2;
   const int cy = kViewHeight / 2;
