@@ -47,4 +47,24 @@ TEST(WideView, VisitsTheCellsInASerpentineAndReturns) {
   EXPECT_EQ(recordedDisplayCalls().back().substr(0, 4), "text");
 }
 
+// A stop confirmed before the first cell still lets that cell finish, then the scale bar
+// is drawn and the stage goes back.
+TEST(WideView, AStopEndsTheVisitsButNotTheReturn) {
+  resetCameraWorld();
+  serialLink.positionUm[0] = -50.0;
+  serialLink.positionUm[1] = 75.0;
+  recordedScriptClick(virtualClockNow(), QueuedTarget::MainWindow);
+  recordedQueueAnswer(Answer::Yes);
+  WideView();
+  int tiles = 0;
+  for (const std::string& call : recordedDisplayCalls()) tiles += call.rfind("stretch", 0) == 0;
+  EXPECT_EQ(tiles, 1);
+  EXPECT_EQ(station.stopRequested, 1);
+  // 59 um fit in 100 pixels of the camera view; the tiles are a third of the size.
+  EXPECT_EQ(recordedDisplayCalls().back(), "text 965,955 ffff00 177 um");
+  EXPECT_EQ(serialLink.positionUm[0], -50.0);
+  EXPECT_EQ(serialLink.positionUm[1], 75.0);
+  EXPECT_EQ(writingActive, 0);
+}
+
 }  // namespace
