@@ -100,11 +100,11 @@ bool cameraSdkIsWritable(SdkCamera* camera, const char* name) {
 
 std::string cameraSdkGetEnum(SdkCamera* camera, const char* name) {
   return guarded(
-      [&] { return std::string(Pylon::CEnumParameter(nodes(camera), name).GetValue().c_str()); });
+      [&] { return std::string(Pylon::CEnumParameter(nodes(camera), name).ToString().c_str()); });
 }
 
 void cameraSdkSetEnum(SdkCamera* camera, const char* name, const char* entry) {
-  guarded([&] { Pylon::CEnumParameter(nodes(camera), name).SetValue(entry, true); });
+  guarded([&] { Pylon::CEnumParameter(nodes(camera), name).FromString(entry, true); });
 }
 
 // The camera code names the pixel format by its entry of the universal enumeration; only
@@ -113,7 +113,7 @@ void cameraSdkSetEnum(SdkCamera* camera, const char* name, const char* entry) {
 int64_t cameraSdkGetPixelFormatEntry(SdkCamera* camera) {
   return guarded([&] {
     Pylon::CEnumParameter format(nodes(camera), "PixelFormat");
-    if (format.GetValue() == "BayerRG8") return kPixelFormatBayerRG8Entry;
+    if (format.ToString() == "BayerRG8") return kPixelFormatBayerRG8Entry;
     return static_cast<int64_t>(format.GetIntValue());
   });
 }
@@ -122,7 +122,7 @@ void cameraSdkSetPixelFormatEntry(SdkCamera* camera, int64_t entry) {
   guarded([&] {
     Pylon::CEnumParameter format(nodes(camera), "PixelFormat");
     if (entry == kPixelFormatBayerRG8Entry) {
-      format.SetValue("BayerRG8", true);
+      format.FromString("BayerRG8", true);
     } else {
       format.SetIntValue(entry, true);
     }
