@@ -1,32 +1,74 @@
 // The command switch of the main window: one case per id, one named handler per case.
 #include "app/command_dispatch.h"
 
+#include "app/layers.h"
+#include "app/live_view_control.h"
 #include "app/responsive_wait.h"
+#include "app/shell_commands.h"
+#include "app/system_services.h"
+#include "app/view_geometry.h"
 #include "camera/camera_commands.h"
 #include "camera/live_view.h"
 #include "link/jog_pad.h"
+#include "link/stage_commands.h"
+#include "resources/resource.h"
 
 void dispatchCommand(int id) {
   switch (id) {
-    case 2102: onCameraCapture(); break;
-    case 2150: onWideView(); break;
-    case 32804: onSaveImage(); break;
-    case 32809: onCameraAutoSetting(); break;
-    case 32817: onCameraBlueOnly(); break;
-    case 32830: onCameraManualEntry(); break;
+    case IDC_ZOOM_IN: changeZoom(1); break;
+    case IDC_ZOOM_OUT: changeZoom(-1); break;
+    case IDC_SHOW: changeZoom(0); break;
+    case IDC_ALL: changeZoom(10); break;
+    case IDC_VIDEO_ON: setLiveView(1); break;
+    case IDC_VIDEO_OFF: setLiveView(0); break;
+    case IDC_BLINK: blinkLaser(); break;
+    case IDC_CENTER_WRITING_ONLY: toggleCheckBox(centerWritingOnly, IDC_CENTER_WRITING_ONLY); break;
+    case IDC_MASK_LAYER: toggleCheckBox(maskShown, IDC_MASK_LAYER); break;
+    case IDC_LINES_LAYER: toggleCheckBox(linesShown, IDC_LINES_LAYER); break;
+    case IDC_MARK_LAYER: toggleCheckBox(markShown, IDC_MARK_LAYER); break;
+    case IDC_POSITION_READ: onReadPositionCommand(); break;
+    case IDC_STEP_PLUS: onStepPlusCommand(); break;
+    case IDC_STEP_MINUS: onStepMinusCommand(); break;
+    case IDC_LASER_ON: onLaserOnCommand(); break;
+    case IDC_LASER_OFF: onLaserOffCommand(); break;
+    case IDC_ILLUMINATION_ON: onIlluminationOnCommand(); break;
+    case IDC_ILLUMINATION_OFF: onIlluminationOffCommand(); break;
+    case IDC_MOVE_X: onMoveXCommand(); break;
+    case IDC_MOVE_Y: onMoveYCommand(); break;
+    case IDC_MOVE_Z: onMoveZCommand(); break;
+    case IDC_MOUNT: onMountCommand(); break;
+    case IDC_WAFER: onWaferCommand(); break;
+    case IDM_REOPEN_CONTROLLER: onReopenControllerCommand(); break;
+    case IDM_START_VECTOR_WRITING:  // lines are written by "Start Writing" when "lines" is checked
+    case IDM_STOP:                  // a click during the run stops it, through the responsive wait
+      break;
+    case IDC_CAMERA_CAPTURE: onCameraCapture(); break;
+    case IDC_WIDE_VIEW: onWideView(); break;
+    case IDM_SAVE_IMAGE: onSaveImage(); break;
+    case IDM_CAMERA_AUTO_SETTING: onCameraAutoSetting(); break;
+    case IDM_CAMERA_BLUE_ONLY: onCameraBlueOnly(); break;
+    case IDM_APPLY_GAIN_EXPOSURE: onCameraManualEntry(); break;
     default: break;  // unknown ids are ignored
   }
 }
 
-void onMainWindowCreated() { showFirstCameraFrame(); }
+void onMainWindowCreated() {
+  showFirstStates();
+  showBlinkDuration();
+  setLiveView(0);
+  showFirstCameraFrame();
+}
 
-void onMainWindowDestroyed() {}
+void onMainWindowDestroyed() {
+  setLiveView(0);
+  systemSleepMs(100);
+}
 
 void onMainKeyDown(int virtualKey) { JogByKey(virtualKey); }
 
-void onMainLeftButtonDown(int x, int y) { JogPadPress(x, y); }
+void onMainLeftButtonDown(int x, int y) { JogPadPress(jogPad, {x, y}); }
 
-void onMainLeftButtonUp() { JogPadRelease(); }
+void onMainLeftButtonUp() { JogPadRelease(jogPad); }
 
 void onMainTimer(int timerId) {
   if (writingActive == 1 || timerId != 1) return;

@@ -36,6 +36,11 @@ void feedbackSetButtonText(int controlId, const std::string& text);
 void feedbackCheckRadio(int firstId, int lastId, int checkedId);
 void feedbackSetCheck(int controlId, bool checked);
 void feedbackFocusMainWindow();
+// Text drawn straight onto the main window's client area (the jog pad's "moving"), in the
+// colour given; it stays until the window repaints.
+void feedbackDrawMainText(int x, int y, const std::string& text, int red, int green, int blue);
+// Repaints the main window's client area now (the jog pad drawn afresh).
+void feedbackRedrawMainWindow();
 // Timer 1 of the main window, the live view's 200 ms tick.
 void feedbackSetLiveTimer(bool running);
 

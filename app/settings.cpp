@@ -38,7 +38,8 @@ bool readSettingsFile(const std::filesystem::path& path) {
 }
 
 bool writeSettingsFile(const std::filesystem::path& path) {
-  std::ofstream file(path);
+  // Binary, so that the line ends in a line feed alone on Windows too.
+  std::ofstream file(path, std::ios::binary);
   if (!file) return false;
   file << formatText(kWriteFormat, station.magnification, laser.laserShiftX, laser.laserShiftY,
                      laser.laserShiftZ, static_cast<int>(serialLink.comPort),

@@ -7,11 +7,11 @@
 
 #include "app/data_paths.h"
 #include "app/feedback.h"
+#include "app/live_view_control.h"
 #include "app/responsive_wait.h"
 #include "app/station.h"
 #include "camera/Basler_camera.h"
 #include "camera/live_render.h"
-#include "camera/live_view.h"
 #include "camera/picture_files.h"
 #include "camera/wide_view.h"
 #include "link/controller_commands.h"
@@ -30,7 +30,7 @@ void showCameraSettings() {
 }  // namespace
 
 void onCameraCapture() {
-  LiveView(0);
+  setLiveView(0);
   SwitchLaser(laser, 0);
   CameraSetup(camera, 4);
   waitResponsive(100);
@@ -44,7 +44,7 @@ void onCameraCapture() {
 
 void onWideView() {
   if (writingActive == 1) return;
-  LiveView(0);
+  setLiveView(0);
   SwitchIllumination(1);
   waitResponsive(100);
   WideView();

@@ -1,15 +1,11 @@
-// The live camera view: timer 1 of the main window grabs a frame and draws it on the
-// display window five times a second. LiveView switches it (modes 0 to 7) and remembers
-// whether it ran, so that an operation can stop it and put it back.
+// The live camera view's frame: what timer 1 of the main window and the live-view switch
+// (app/live_view_control.h, which decides when) call to grab and draw. It owns the
+// wide-view flag that says the mosaic, not a live frame, is on the screen.
 #pragma once
 
-extern int liveOn;         // 1 while timer 1 runs
-extern int liveWasOn;      // liveOn before its last change
 extern int wideViewShown;  // set by wide view, cleared when the live view starts
-
-// 0 off, 1 on, 2 back to the state before the last change, 3 was it on, 4 is it on,
-// 7 one grab and draw without touching the timer; 5, 6 and others nothing.
-int LiveView(int mode);
 
 // Grab one frame and redraw the camera layer on the display window.
 void grabAndShowLiveFrame();
+// The live view is starting: forget the frame errors counted so far, and the mosaic.
+void resetLiveFrameErrors();

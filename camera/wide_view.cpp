@@ -32,7 +32,7 @@ struct CellOffset {
 constexpr std::array<CellOffset, 9> kSerpentine = {
     {{-1, -1}, {0, -1}, {1, -1}, {1, 0}, {0, 0}, {-1, 0}, {-1, 1}, {0, 1}, {1, 1}}};
 
-double travelSpeed = 0.0;
+int travelSpeed = 0;  // um/s, the skip speed at the first wide view of the run
 bool travelSpeedTaken = false;
 
 bool prepareTile(Canvas* canvas, const uint8_t* pixels) {

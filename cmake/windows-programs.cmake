@@ -69,7 +69,7 @@ if(TELVANE_TESTS)
 
   file(GLOB TELVANE_WIN_TESTS CONFIGURE_DEPENDS tests/win/*.cpp)
   if(TELVANE_WIN_TESTS)
-    add_executable(telvane_win_tests ${TELVANE_WIN_TESTS}
+    add_executable(telvane_win_tests ${TELVANE_WIN_TESTS} resources/telvane.rc
       $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_shell>
       $<TARGET_OBJECTS:telvane_win32_seams>
       link/serial_port_win32.cpp camera/camera_sdk_absent.cpp)

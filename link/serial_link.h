@@ -1,30 +1,46 @@
-// The serial link to the controller board: the one SerialLink record (open port,
-// cached axis positions, limit flags and speeds) and the open/close/write/read
-// operations on the serial-port seam. The command texts are in controller_commands.h,
-// the moves and waits in stage_motion.h.
+// The serial link to the controller board: the one SerialLink record (open port, cached
+// axis positions, limit flags and speeds) and opening, closing, writing one command and
+// reading replies on the serial-port seam. It does not know the command letters beyond
+// the position query (controller_commands.h) nor how moves are waited (stage_motion.h).
+// Used from the user-interface thread only.
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "link/serial_port.h"
 
+constexpr int kAxisCount = 3;  // 0 X, 1 Y, 2 Z
+
 struct SerialLink {
   SerialHandle handle = kInvalidSerialHandle;
-  uint32_t bytesTransferred = 0;
-  int32_t lastCallResult = 0;
-  char commandText[200] = {};
-  unsigned char failed = 1;      // 1: closed, or a write failed
-  double positionUm[3] = {};     // X, Y, Z
-  double upperLimit[3] = {};     // non-zero: no further move in +
-  double lowerLimit[3] = {};     // non-zero: no further move in -
-  int32_t speedUmPerS[3] = {};   // as last commanded
-  int32_t comPort = 3;           // 1..30
+  uint32_t bytesTransferred = 0;  // by the last read or write
+  int32_t lastCallResult = 0;     // of the last port call, non-zero = success
+  char commandText[200] = {};     // each command is formatted here; a write error's text too
+  unsigned char failed = 1;       // 1: closed, or a write failed; every command is dropped
+  double positionUm[kAxisCount] = {};
+  double upperLimit[kAxisCount] = {};    // non-zero: no further move in the + direction
+  double lowerLimit[kAxisCount] = {};    // non-zero: no further move in the - direction
+  int32_t speedUmPerS[kAxisCount] = {};  // as last commanded
+  int32_t comPort = 3;                   // 1..30
   int32_t lastMoveSteps = 0;
-  char ioBuffer[256] = {};
+  char ioBuffer[256] = {};  // each command as sent, each reply as read (50 bytes + NUL)
 };
 
 extern SerialLink serialLink;
 
-// 1 open and configured, 0 failed, 2 the first line-settings read failed.
+// 1 open and configured, 0 failed ("Error in  opening serial port" when the port does not
+// open), 2 the first read of the line settings failed (the port stays open).
+// Every open zeroes the board's X origin, reads the three positions and re-sends speeds.
 int OpenSerialLink(SerialLink& link, bool ownedByMainWindow);
+// Closes the port once; always 0.
 int CloseSerialLink(SerialLink& link);
+// Writes text and its NUL terminator; 1 sent, 0 not (a failed write fails the link).
+int WriteCommandText(SerialLink& link, const char* text);
+// Copies text into the link's input/output buffer and writes it from there.
+int SendCommand(SerialLink& link, const char* text);
+// Queries and returns the axis position in micrometres; the stored one when nothing came.
+double QueryAxisPosition(SerialLink& link, int axis);
+// One read attempt of free reply text (at most 50 bytes); nothing when it cannot be read.
+std::optional<std::string> ReadReplyText(SerialLink& link);

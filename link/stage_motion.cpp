@@ -1,10 +1,175 @@
-// Placeholder until the link lands: moves only update the position model.
+// Moves and their waits. The wait trusts the board's arrival letter, a position reply or
+// a queried position near the target, and otherwise gives up after its time-out without
+// raising an error: the next move then starts from the last position read.
 #include "link/stage_motion.h"
 
-#include "link/serial_link.h"
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
 
-int MoveXY(double xUm, double yUm, double) {
-  serialLink.positionUm[0] = xUm;
-  serialLink.positionUm[1] = yUm;
-  return 1;
+#include "app/responsive_wait.h"
+#include "app/status_display.h"
+#include "app/system_services.h"
+#include "link/controller_commands.h"
+
+namespace {
+
+constexpr uint32_t kWaitReadMaxBytes = 50;
+constexpr double kArrivedWithinUm = 1.0;
+constexpr double kXYArrivedWithinUm = 2.0;
+constexpr double kXYSettledWithinUm = 1.0;
+constexpr int kWaitSliceMs = 10;
+constexpr int kWaitOperatorStopped = 0;  // waitResponsive: the operator confirmed a stop
+constexpr int kWaitMotorsStopped = 3;    // waitResponsive: a click stopped the motors
+
+int32_t elapsedMs(uint64_t startMs) { return static_cast<int32_t>(systemTickMs() - startMs); }
+
+bool isPositionReply(char c) { return c == 'p' || c == 'P' || c == 'Q'; }
+
+}  // namespace
+
+int MoveTimeoutMs(const SerialLink& link, int axis, double targetUm) {
+  // A speed never set (no board was ever opened) counts as the minimum speed.
+  double speed = std::max(link.speedUmPerS[axis], kMinAxisSpeedUmPerS);
+  double timeout = 1000.0 + std::fabs(targetUm - link.positionUm[axis]) * 2.0 * 1000.0 / speed;
+  return static_cast<int>(std::min(timeout, double(std::numeric_limits<int32_t>::max())));
+}
+
+int WaitForAxis(SerialLink& link, int axis, double targetUm, int timeoutMs) {
+  int cycles = 0;
+  int shortReads = 0;
+  int status = kWaitTimedOut;
+  uint64_t startMs = systemTickMs();
+  if (link.handle == kInvalidSerialHandle) return status;
+
+  int arrivalAt = -1;  // index of the arrival letter in the input/output buffer
+  for (;;) {
+    if (elapsedMs(startMs) >= timeoutMs) break;
+    link.lastCallResult =
+        serialRead(link.handle, link.ioBuffer, kWaitReadMaxBytes, link.bytesTransferred);
+    bool finished = false;
+    if (link.lastCallResult && link.bytesTransferred > 0) {
+      uint32_t count = link.bytesTransferred;
+      link.ioBuffer[count] = '\0';
+      for (uint32_t i = 0; i < count; ++i) {
+        char c = link.ioBuffer[i];
+        if (c == kArrivalLetter[axis]) {
+          arrivalAt = static_cast<int>(i);
+          break;
+        }
+        if (c == '\r' || c == '\n') break;
+        int steps = 0;
+        if (isPositionReply(c) && std::sscanf(link.ioBuffer + i + 1, "%d", &steps) == 1) {
+          link.positionUm[axis] = StepsToMicrometres(axis, steps);
+          if (std::fabs(link.positionUm[axis] - targetUm) < kArrivedWithinUm) {
+            status = kWaitPositionReply;
+            finished = true;
+            break;
+          }
+        }
+      }
+      if (arrivalAt >= 0 || finished) break;
+    } else {
+      QueryAxisPosition(link, axis);
+      if (link.failed == 0 && std::fabs(link.positionUm[axis] - targetUm) < kArrivedWithinUm) {
+        status = kWaitQueriedPosition;
+        break;
+      }
+    }
+    showStagePosition();
+    if (waitResponsive(kWaitSliceMs) == kWaitOperatorStopped) break;
+    ++cycles;
+    if (link.bytesTransferred < 2) ++shortReads;
+  }
+
+  if (arrivalAt >= 0) {
+    status = kWaitArrivalLetter;
+    if (link.ioBuffer[arrivalAt + 1] == kLimitMark) {
+      status = kWaitLimitReached;
+      if (targetUm > link.positionUm[axis])
+        link.upperLimit[axis] = 1.0;
+      else
+        link.lowerLimit[axis] = 1.0;
+    }
+  }
+  char text[120];
+  int32_t elapsed = elapsedMs(startMs);
+  if (status == kWaitTimedOut) {
+    std::snprintf(text, sizeof text, "time passed: %d/%d, Fail to read:%d/%d", elapsed, timeoutMs,
+                  shortReads, cycles);
+  } else {
+    std::snprintf(text, sizeof text, "Z arrived(%d): %d/%d", status, elapsed, timeoutMs);
+    link.positionUm[axis] = targetUm;
+    if (status == kWaitLimitReached) {
+      double position = QueryAxisPosition(link, axis);
+      std::snprintf(text, sizeof text, "Limited(%d): %.1lf", status, position);
+    }
+  }
+  showStatus(text);
+  showStagePosition();
+  waitResponsive(kWaitSliceMs);
+  return status;
+}
+
+void MoveAxisAndWait(SerialLink& link, int axis, double targetUm) {
+  if (axis < 0 || axis >= kAxisCount || targetUm == link.positionUm[axis]) return;
+  int timeoutMs = MoveTimeoutMs(link, axis, targetUm);
+  MoveAxisTo(link, axis, targetUm);
+  WaitForAxis(link, axis, targetUm, timeoutMs);
+}
+
+void MoveAxisBy(SerialLink& link, int axis, double deltaUm) {
+  if (axis < 0 || axis >= kAxisCount) return;
+  MoveAxisAndWait(link, axis, link.positionUm[axis] + deltaUm);
+}
+
+XYMovePlan PlanXYMove(double dxUm, double dyUm, int speedUmPerS) {
+  // A speed of 0 would give an endless move; the board's slowest speed is 1 um/s.
+  double speed = std::max(speedUmPerS, kMinAxisSpeedUmPerS);
+  bool alongX = dxUm > dyUm;
+  double longer = alongX ? dxUm : dyUm;
+  double shorter = alongX ? dyUm : dxUm;
+  XYMovePlan plan = {};
+  plan.travelMs = static_cast<uint64_t>(longer * 1000.0 / speed);
+  // A move shorter than a millisecond runs the other axis at the slowest speed.
+  int otherSpeed =
+      plan.travelMs == 0 ? kMinAxisSpeedUmPerS : static_cast<int>(shorter * 1000.0 / plan.travelMs);
+  plan.xSpeedUmPerS = alongX ? speedUmPerS : otherSpeed;
+  plan.ySpeedUmPerS = alongX ? otherSpeed : speedUmPerS;
+  return plan;
+}
+
+void MoveXY(double xUm, double yUm, int speedUmPerS) {
+  SerialLink& link = serialLink;
+  double dx = std::fabs(xUm - link.positionUm[0]);
+  double dy = std::fabs(yUm - link.positionUm[1]);
+  XYMovePlan plan = PlanXYMove(dx, dy, speedUmPerS);
+  char text[64];
+  std::snprintf(text, sizeof text, "Dist. to move %.1lfum", std::max(dx, dy));
+  showStatus(text);
+  SetAxisSpeed(link, 0, plan.xSpeedUmPerS);
+  SetAxisSpeed(link, 1, plan.ySpeedUmPerS);
+  MoveAxisTo(link, 0, xUm);
+  MoveAxisTo(link, 1, yUm);
+
+  double previousDistance = 0.0;
+  uint64_t startMs = systemTickMs();
+  showStatus("Started    ");
+  while (systemTickMs() - startMs < plan.travelMs) {
+    QueryAxisPosition(link, 0);
+    QueryAxisPosition(link, 1);
+    showStagePosition();
+    double distance =
+        dx > dy ? std::fabs(link.positionUm[0] - xUm) : std::fabs(link.positionUm[1] - yUm);
+    if (distance <= kXYArrivedWithinUm &&
+        std::fabs(distance - previousDistance) < kXYSettledWithinUm)
+      break;
+    previousDistance = distance;
+    if (waitResponsive(kWaitSliceMs) == kWaitMotorsStopped) break;
+  }
+  link.positionUm[0] = xUm;
+  link.positionUm[1] = yUm;
+  showStagePosition();
 }

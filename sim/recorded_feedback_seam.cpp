@@ -104,6 +104,14 @@ void feedbackSetCheck(int controlId, bool checked) {
 
 void feedbackFocusMainWindow() { calls.push_back("focus main"); }
 
+void feedbackDrawMainText(int x, int y, const std::string& text, int red, int green, int blue) {
+  calls.push_back("text " + std::to_string(x) + "," + std::to_string(y) + " rgb(" +
+                  std::to_string(red) + "," + std::to_string(green) + "," + std::to_string(blue) +
+                  "): " + text);
+}
+
+void feedbackRedrawMainWindow() { calls.push_back("redraw main"); }
+
 void feedbackSetLiveTimer(bool running) {
   calls.push_back(running ? "timer 1: 200 ms" : "timer 1: killed");
 }

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+struct VirtualBoard;
+
 struct StationView {
   double xUm = 0;  // stage position, micrometres
   double yUm = 0;
@@ -24,3 +26,7 @@ struct ExposureSegment {
 StationView virtualStationView(uint64_t nowMs);
 // Everything the laser has written so far, oldest first.
 std::vector<ExposureSegment> virtualStationExposure(uint64_t nowMs);
+
+// The station's one board, behind the virtual serial port (sim/virtual_serial.h reaches it
+// with its port state and faults).
+VirtualBoard& stationBoard();

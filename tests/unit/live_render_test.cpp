@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "camera/live_view.h"
 #include "camera_test_support.h"
 
 namespace {
@@ -78,28 +77,6 @@ TEST(Snapshot, IsPlacedAtTheOriginAndNumberedOnEveryCall) {
   EXPECT_EQ(snapshotNumber, first + 2);
   EXPECT_TRUE(hasCall("text 10,10 plain " + std::to_string(first + 1)));
   EXPECT_TRUE(hasCall("blit main 0,0"));
-}
-
-TEST(LiveViewSwitch, RestoresTheStateFoundByTheLastChange) {
-  resetCameraWorld();
-  LiveView(0);
-  LiveView(0);
-  recordedFeedbackReset();
-  LiveView(2);
-  EXPECT_TRUE(recordedCall("timer 1: killed"));
-  EXPECT_EQ(LiveView(4), 0);
-
-  LiveView(1);
-  LiveView(0);
-  recordedFeedbackReset();
-  LiveView(2);
-  EXPECT_TRUE(recordedCall("timer 1: 200 ms"));
-  EXPECT_TRUE(recordedCall("radio 2112-2113: 2112"));
-  EXPECT_EQ(LiveView(4), 1);
-  recordedFeedbackReset();
-  EXPECT_EQ(LiveView(3), 0);
-  EXPECT_TRUE(recordedCalls().empty()) << "queries do not move the focus";
-  LiveView(0);
 }
 
 }  // namespace

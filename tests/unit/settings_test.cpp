@@ -63,11 +63,14 @@ TEST_F(SettingsLine, AMismatchKeepsTheRestAtDefaults) {
 using StartUp = StationTest;
 
 TEST_F(StartUp, WithNoDevicesEachIsReportedInOrderWithoutOwner) {
+  virtualSerialSetPresent(false);
   virtualCameraReset();
   virtualCameraSetPresent(false);
   startUpDevices();
   const std::vector<std::string> expected = {
+      "message Warning: Error in  opening serial port (no owner)",
       "message Scanner Error: No standa devices found (no owner)",
+      "message Warning: Error in  opening serial port (no owner)",
       "message Communication Error: No arduino devices found (no owner)",
       "message Camera Error: No Barsler camera found (no owner)"};
   std::vector<std::string> messages;

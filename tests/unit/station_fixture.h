@@ -18,6 +18,7 @@
 #include "link/serial_link.h"
 #include "sim/recorded_feedback.h"
 #include "sim/virtual_clock.h"
+#include "sim/virtual_serial.h"
 
 class StationTest : public ::testing::Test {
  protected:
@@ -32,6 +33,7 @@ class StationTest : public ::testing::Test {
     station = StationParameters();
     laser = LaserOutput();
     serialLink = SerialLink();
+    virtualSerialReset();
     dataPaths = DataPaths();
     writingActive = 0;
     writingConditionCounter = 0;

@@ -1,0 +1,102 @@
+// Resource ids of Telvane, grouped by prefix and number range. Read by the resource
+// compiler and by the C++ sources alike, so only plain #define lines live here.
+//   IDS_  string table         103, 109
+//   IDD_  dialogs              103, 130, 138
+//   IDR_  menu, accelerators   109
+//   IDI_  icons                137
+//   IDM_  menu commands        104-105, 4000, 32794-32833
+//   IDC_  main-window controls 2002-2207, 3000-3106, 4003-4007, 32000-32002
+#pragma once
+
+// String table.
+#define IDS_APP_TITLE 103
+#define IDS_WINDOW_CLASS 109
+
+// Dialogs.
+#define IDD_ABOUTBOX 103
+#define IDD_WRITING_CONFIGURATION 130
+#define IDD_DEVICE_CONFIGURATION 138
+
+// Menu and accelerator table of the main window.
+#define IDR_MAIN_MENU 109
+#define IDR_MAIN_ACCELERATORS 109
+
+// Icons.
+#define IDI_TELVANE 137
+
+// Menu commands.
+#define IDM_ABOUT 104
+#define IDM_EXIT 105
+#define IDM_BLACK_TAPE_TEST 4000
+#define IDM_FIND_EDGES 32794
+#define IDM_STOP 32802
+#define IDM_SAVE_IMAGE 32804
+#define IDM_GROUPING 32806
+#define IDM_MASK_PATTERN 32807  // also the "Mask" button
+#define IDM_CAMERA_AUTO_SETTING 32809
+#define IDM_REOPEN_CONTROLLER 32810  // no menu entry
+#define IDM_IMPORT_IMAGE 32812
+#define IDM_SHOW_TARGET_PATTERN 32813
+#define IDM_SIMULATE_WRITING 32814
+#define IDM_FINAL_PATTERN 32816
+#define IDM_CAMERA_BLUE_ONLY 32817
+#define IDM_DELETE_ALL_LINES 32818
+#define IDM_START_VECTOR_WRITING 32819
+#define IDM_DEVICE_CONFIGURATION 32820
+#define IDM_WRITING_CONFIGURATION 32821
+#define IDM_IMPORT_LINE_PATTERNS 32823
+#define IDM_IMPORT_ALIGNMENT_MARK 32824
+#define IDM_PR_TEST 32829
+#define IDM_APPLY_GAIN_EXPOSURE 32830  // Enter in "Gain" or "Expo."
+#define IDM_ERASE_MASK_PATTERN 32832
+#define IDM_LONG_STROKE_TEST 32833
+
+// Controls of the main window. Boxes and labels without a function have id 0, and the
+// progress and time boxes share 2006 (they are reached by their handles).
+#define IDC_WRITING_SPEED_BOX 2002
+#define IDC_PROGRESS_BOX 2006
+#define IDC_POSITION_READ 2009
+#define IDC_STEP_PLUS 2013
+#define IDC_STEP_MINUS 2014
+#define IDC_ZOOM_IN 2100
+#define IDC_ZOOM_OUT 2101
+#define IDC_CAMERA_CAPTURE 2102
+#define IDC_STATUS_BOX 2103
+#define IDC_SHOW 2104
+#define IDC_VIDEO_ON 2112
+#define IDC_VIDEO_OFF 2113
+#define IDC_BLINK 2117
+#define IDC_BLINK_BOX 2118
+#define IDC_ALIGN_MARK 2120
+#define IDC_CENTER_WRITING_ONLY 2121
+#define IDC_SHOW_MASK_FILE 2130  // no control
+#define IDC_ALL 2140
+#define IDC_WIDE_VIEW 2150
+#define IDC_MASK_LAYER 2200
+#define IDC_LINES_LAYER 2201
+#define IDC_START_WRITING 2202
+#define IDC_MARK_LAYER 2203
+#define IDC_GO_TO_WRITING 2205
+#define IDC_DX_BOX 2206
+#define IDC_DY_BOX 2207
+#define IDC_LASER_ON 3000
+#define IDC_LASER_OFF 3001
+#define IDC_ILLUMINATION_ON 3105
+#define IDC_ILLUMINATION_OFF 3106
+#define IDC_WRITING_SPEED_ENTER 4001  // sent by Enter in 2002; nothing handles it
+#define IDC_MOVE_X 4003
+#define IDC_MOVE_Y 4004
+#define IDC_MOVE_Z 4005
+#define IDC_APPLY_DX 4006
+#define IDC_APPLY_DY 4007
+#define IDC_FOCUS 32000
+#define IDC_MOUNT 32001
+#define IDC_WAFER 32002
+
+// Text lines of the about box.
+#define IDC_ABOUT_NAME 1000
+#define IDC_ABOUT_YEAR 1001
+
+#ifndef IDC_STATIC
+#define IDC_STATIC (-1)
+#endif

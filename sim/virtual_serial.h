@@ -1,0 +1,19 @@
+// Test control of the virtual serial port (sim/virtual_serial_seam.cpp): the station's
+// board sits behind every COM port number that is present. Tests reset it, read what the
+// program wrote, and switch the port's and the board's faults.
+#pragma once
+
+#include <string>
+
+#include "sim/virtual_board.h"
+
+// A fresh board at rest, the port present and closed, the byte record empty.
+void virtualSerialReset();
+VirtualBoard& virtualSerialBoard();
+// Every byte the program wrote since the last reset, NUL terminators included.
+const std::string& virtualSerialWritten();
+void virtualSerialClearWritten();
+// Whether serialOpen finds the port.
+void virtualSerialSetPresent(bool present);
+// Makes the driver's line-settings read fail (the first read of an open).
+void virtualSerialFailLineSettings(bool fail);

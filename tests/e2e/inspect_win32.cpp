@@ -1,0 +1,212 @@
+// telvane-inspect: a console tool the end-to-end tests run in the program's Wine prefix
+// to look at its windows from outside, as an operator sees them, and to act on them.
+// Every answer is one JSON value on standard output; exit code 0 on success, 1 when the
+// window asked for is not there, 2 on a usage error.
+//
+//   windows                        top-level visible windows: handle, class, title, text
+//   wait TITLE MS                  wait up to MS ms for a top-level window titled TITLE
+//   list TITLE                     the window's sizes and every child: id, class,
+//                                  caption, rect in client pixels, style, check state
+//   screen TITLE X Y               screen point of client point (X, Y) of the window
+//   command TITLE ID               post WM_COMMAND ID to the window
+//   answer TITLE ID                post WM_COMMAND ID (1 OK, 6 Yes, 7 No) to a dialog
+//   close TITLE                    post WM_CLOSE to the window
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::string utf8(const std::wstring& text) {
+  if (text.empty()) return {};
+  int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr,
+                                 0, nullptr, nullptr);
+  std::string out(static_cast<size_t>(size), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), out.data(), size,
+                      nullptr, nullptr);
+  return out;
+}
+
+std::wstring wide(const char* text) {
+  int size = MultiByteToWideChar(CP_UTF8, 0, text, -1, nullptr, 0);
+  std::wstring out(static_cast<size_t>(size > 0 ? size - 1 : 0), L'\0');
+  if (size > 1) MultiByteToWideChar(CP_UTF8, 0, text, -1, out.data(), size);
+  return out;
+}
+
+std::string json(const std::wstring& text) {
+  std::string out = "\"";
+  for (char c : utf8(text)) {
+    if (c == '"' || c == '\\') {
+      out += '\\';
+      out += c;
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      char escaped[8];
+      std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
+      out += escaped;
+    } else {
+      out += c;
+    }
+  }
+  return out + "\"";
+}
+
+// WM_GETTEXT rather than GetWindowText: across processes the latter gives only the
+// caption stored with the window, never the text an edit control holds.
+std::wstring textOf(HWND window) {
+  WCHAR text[512] = {};
+  DWORD_PTR length = 0;
+  SendMessageTimeoutW(window, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
+                      2000, &length);
+  return text;
+}
+
+std::wstring classOf(HWND window) {
+  WCHAR name[256] = {};
+  GetClassNameW(window, name, 256);
+  return name;
+}
+
+std::string handleText(HWND window) {
+  char text[32];
+  std::snprintf(text, sizeof text, "\"%llx\"",
+                static_cast<unsigned long long>(reinterpret_cast<UINT_PTR>(window)));
+  return text;
+}
+
+// The message text of a message box is its static child 0xFFFF.
+std::wstring dialogText(HWND window) {
+  HWND label = GetDlgItem(window, 0xFFFF);
+  return label != nullptr ? textOf(label) : std::wstring();
+}
+
+BOOL CALLBACK collectTopLevel(HWND window, LPARAM out) {
+  if (IsWindowVisible(window)) reinterpret_cast<std::vector<HWND>*>(out)->push_back(window);
+  return TRUE;
+}
+
+std::vector<HWND> topLevelWindows() {
+  std::vector<HWND> windows;
+  EnumWindows(collectTopLevel, reinterpret_cast<LPARAM>(&windows));
+  return windows;
+}
+
+HWND findTopLevel(const std::wstring& title) {
+  for (HWND window : topLevelWindows()) {
+    if (textOf(window) == title) return window;
+  }
+  return nullptr;
+}
+
+int listWindows() {
+  std::string out = "[";
+  for (HWND window : topLevelWindows()) {
+    if (out.size() > 1) out += ",";
+    out += "{\"handle\":" + handleText(window) + ",\"class\":" + json(classOf(window)) +
+           ",\"title\":" + json(textOf(window)) + ",\"text\":" + json(dialogText(window)) + "}";
+  }
+  std::printf("%s]\n", out.c_str());
+  return 0;
+}
+
+int waitFor(const std::wstring& title, int timeoutMs) {
+  for (int waitedMs = 0;; waitedMs += 50) {
+    HWND window = findTopLevel(title);
+    if (window != nullptr) {
+      std::printf("{\"handle\":%s}\n", handleText(window).c_str());
+      return 0;
+    }
+    if (waitedMs >= timeoutMs) break;
+    Sleep(50);
+  }
+  std::printf("null\n");
+  return 1;
+}
+
+struct ChildList {
+  HWND parent;
+  std::string json;
+};
+
+BOOL CALLBACK describeChild(HWND child, LPARAM data) {
+  ChildList& list = *reinterpret_cast<ChildList*>(data);
+  RECT rect;
+  GetWindowRect(child, &rect);
+  MapWindowPoints(HWND_DESKTOP, list.parent, reinterpret_cast<POINT*>(&rect), 2);
+  LONG style = GetWindowLongW(child, GWL_STYLE);
+  LRESULT check = classOf(child) == L"Button" || classOf(child) == L"BUTTON"
+                      ? SendMessageW(child, BM_GETCHECK, 0, 0)
+                      : 0;
+  char line[256];
+  std::snprintf(line, sizeof line,
+                "{\"id\":%d,\"parent\":%s,\"rect\":[%ld,%ld,%ld,%ld],\"style\":%lu,\"check\":%d,",
+                GetDlgCtrlID(child), handleText(GetParent(child)).c_str(), rect.left, rect.top,
+                rect.right - rect.left, rect.bottom - rect.top, static_cast<unsigned long>(style),
+                static_cast<int>(check));
+  if (list.json.size() > 1) list.json += ",";
+  list.json += line;
+  list.json += "\"class\":" + json(classOf(child)) + ",\"caption\":" + json(textOf(child)) + "}";
+  return TRUE;
+}
+
+int listChildren(HWND window) {
+  RECT client;
+  RECT outer;
+  GetClientRect(window, &client);
+  GetWindowRect(window, &outer);
+  ChildList list = {window, "["};
+  EnumChildWindows(window, describeChild, reinterpret_cast<LPARAM>(&list));
+  std::printf(
+      "{\"handle\":%s,\"class\":%s,\"client\":[%ld,%ld],\"window\":[%ld,%ld,%ld,%ld],"
+      "\"children\":%s]}\n",
+      handleText(window).c_str(), json(classOf(window)).c_str(), client.right, client.bottom,
+      outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top, list.json.c_str());
+  return 0;
+}
+
+int usage() {
+  std::fprintf(stderr,
+               "usage: telvane-inspect windows | wait TITLE MS | list TITLE | "
+               "screen TITLE X Y | command TITLE ID | answer TITLE ID | close TITLE\n");
+  return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<std::wstring> args;
+  for (int i = 0; i < argc; ++i) args.push_back(wide(argv[i]));
+  if (argc < 2) return usage();
+  std::wstring verb = args[1];
+  if (verb == L"windows") return listWindows();
+  if (argc < 3) return usage();
+  std::wstring title = args[2];
+  if (verb == L"wait" && argc == 4) return waitFor(title, _wtoi(args[3].c_str()));
+
+  HWND window = findTopLevel(title);
+  if (window == nullptr) {
+    std::printf("null\n");
+    return 1;
+  }
+  if (verb == L"list") return listChildren(window);
+  if (verb == L"screen" && argc == 5) {
+    POINT point = {_wtoi(args[3].c_str()), _wtoi(args[4].c_str())};
+    ClientToScreen(window, &point);
+    std::printf("[%ld,%ld]\n", point.x, point.y);
+    return 0;
+  }
+  if ((verb == L"command" || verb == L"answer") && argc == 4) {
+    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(_wtoi(args[3].c_str())), 0);
+    std::printf("true\n");
+    return 0;
+  }
+  if (verb == L"close") {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    std::printf("true\n");
+    return 0;
+  }
+  return usage();
+}

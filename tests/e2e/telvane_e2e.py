@@ -1,0 +1,167 @@
+"""Runs Telvane's Windows programs under Wine on a virtual X display, the way an
+operator meets them, for the end-to-end tests and for `make run` without a display.
+
+Each session gets a fresh Wine prefix (a copy of one prepared prefix), a desktop folder
+of its own (so the data folder Orvalin_Data lands in the session's folder), no COM
+ports, and its own Xvfb. It finds windows and reads controls through telvane-inspect.exe
+run in the same prefix, clicks with xdotool, and takes screenshots with ImageMagick.
+Everything it started is ended on exit: the prefix's Wine processes (wineserver -k) and
+the Xvfb it started. Standard library only."""
+import glob
+import json
+import os
+import shutil
+import subprocess
+import tempfile
+import time
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+BIN = os.environ.get("TELVANE_BIN", os.path.join(ROOT, "build", "bin"))
+ARTIFACTS = os.path.join(ROOT, "build", "e2e-artifacts")
+BASE_PREFIX = os.path.join(ROOT, "build", "wine", "e2e-base")
+SCREEN = "1600x1200x24"
+MESSAGE_BOX_CLASS = "#32770"
+IDOK = 1
+
+
+class WineSession:
+    """One program under Wine on its own display; use it as a context manager."""
+
+    def __init__(self, name, keep_home_desktop=False, prefix=None):
+        self.name = name
+        self.folder = tempfile.mkdtemp(prefix="telvane-e2e-%s-" % name)
+        self.desktop = os.path.join(self.folder, "Desktop")
+        self.prefix = prefix or os.path.join(self.folder, "prefix")
+        self.keep_home_desktop = keep_home_desktop
+        self.xvfb = None
+        self.program = None
+        self.program_log = os.path.join(self.folder, "program.log")
+        self.env = dict(os.environ)
+
+    def __enter__(self):
+        try:
+            self._prepare_prefix()
+            self._start_display()
+            self._boot_prefix()
+        except BaseException:
+            self.close()
+            raise
+        return self
+
+    def __exit__(self, *exc):
+        self.close()
+        return False
+
+    # --- set-up -------------------------------------------------------------------
+    def _prepare_prefix(self):
+        os.makedirs(self.desktop, exist_ok=True)
+        if not os.path.exists(os.path.join(self.prefix, ".telvane-ready")):
+            subprocess.run([os.path.join(ROOT, "scripts", "wine-prefix"), BASE_PREFIX],
+                           check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            subprocess.run(["cp", "-a", BASE_PREFIX, self.prefix], check=True)
+        # No COM ports: the program meets no controller, as on a bare PC.
+        for port in glob.glob(os.path.join(self.prefix, "dosdevices", "com*")):
+            os.remove(port)
+        if not self.keep_home_desktop:
+            for link in glob.glob(os.path.join(self.prefix, "drive_c", "users", "*", "Desktop")):
+                if os.path.islink(link):
+                    os.remove(link)
+                    os.symlink(self.desktop, link)
+        self.env.update(WINEPREFIX=self.prefix, WINEDEBUG="-all",
+                        WINEDLLOVERRIDES="mscoree,mshtml=")
+
+    def _start_display(self):
+        if self.env.get("DISPLAY") and self.keep_home_desktop:
+            return  # run on the operator's own display
+        read_end, write_end = os.pipe()
+        self.xvfb = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", SCREEN, "-nolisten", "tcp"],
+            pass_fds=(write_end,), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise RuntimeError("Xvfb did not start")
+        self.env["DISPLAY"] = ":" + number
+
+    def _boot_prefix(self):
+        # The first Wine process starts the prefix's helpers, which keep its output open:
+        # it gets no pipe, so that later processes can be read to the end.
+        subprocess.run(["wine", "cmd", "/c", "exit"], env=self.env, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60)
+
+    # --- the program ----------------------------------------------------------------
+    def start(self, program):
+        log = open(self.program_log, "wb")
+        self.program = subprocess.Popen(["wine", os.path.join(BIN, program)], env=self.env,
+                                        stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                                        cwd=self.folder)
+        log.close()
+
+    def wait_exit(self, timeout=20):
+        return self.program.wait(timeout=timeout)
+
+    def output(self):
+        with open(self.program_log, "rb") as log:
+            return log.read().decode("utf-8", "replace")
+
+    # --- looking and acting -----------------------------------------------------------
+    def inspect(self, *args):
+        run = subprocess.run(["wine", os.path.join(BIN, "telvane-inspect.exe")] + list(map(str, args)),
+                             env=self.env, stdin=subprocess.DEVNULL, capture_output=True,
+                             timeout=60)
+        text = run.stdout.decode("utf-8", "replace").strip()
+        return json.loads(text) if text else None
+
+    def windows(self):
+        return self.inspect("windows") or []
+
+    def dismiss_message_boxes_until(self, title, timeout=60):
+        """Presses OK on every message box until the window `title` is up and no message
+        box is left; returns the boxes seen as (title, text), in order."""
+        seen = []
+        answered = set()
+        deadline = time.monotonic() + timeout
+        while time.monotonic() < deadline:
+            boxes = [w for w in self.windows() if w["class"] == MESSAGE_BOX_CLASS]
+            for box in boxes:
+                if box["handle"] not in answered:
+                    answered.add(box["handle"])
+                    seen.append((box["title"], box["text"]))
+                    self.inspect("answer", box["title"], IDOK)
+            if not boxes and self.inspect("wait", title, 0):
+                return seen
+            time.sleep(0.2)
+        raise TimeoutError("no window %r after message boxes %r" % (title, seen))
+
+    def controls(self, title):
+        return self.inspect("list", title)
+
+    def click_client(self, title, x, y):
+        """A real pointer click at client point (x, y) of the window."""
+        screen_x, screen_y = self.inspect("screen", title, x, y)
+        subprocess.run(["xdotool", "mousemove", str(screen_x), str(screen_y), "click", "1"],
+                       env=self.env, check=True)
+
+    def screenshot(self, name, folder=ARTIFACTS):
+        os.makedirs(folder, exist_ok=True)
+        path = os.path.join(folder, name + ".png")
+        subprocess.run(["import", "-window", "root", path], env=self.env, check=True,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        return path
+
+    # --- clean-up -------------------------------------------------------------------
+    def close(self):
+        if os.path.isdir(self.prefix):
+            subprocess.run(["wineserver", "-k"], env=self.env, stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL)
+        if self.program is not None:
+            try:
+                self.program.wait(timeout=10)
+            except subprocess.TimeoutExpired:
+                self.program.kill()
+        if self.xvfb is not None:
+            self.xvfb.terminate()
+            self.xvfb.wait(timeout=10)
+            self.xvfb = None
+        shutil.rmtree(self.folder, ignore_errors=True)

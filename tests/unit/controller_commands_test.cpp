@@ -1,0 +1,106 @@
+#include "link/controller_commands.h"
+
+#include "link_fixture.h"
+
+using ControllerCommandsTest = LinkTest;
+using ::testing::ElementsAre;
+
+TEST(StepConversion, TruncatesTowardZeroWithTheAxisFactor) {
+  EXPECT_EQ(MicrometresToSteps(0, 5000), 32000);
+  EXPECT_EQ(MicrometresToSteps(1, 1000), 1600);
+  EXPECT_EQ(MicrometresToSteps(0, -0.1), 0);
+  EXPECT_EQ(MicrometresToSteps(2, -1.0), -1);
+  EXPECT_DOUBLE_EQ(StepsToMicrometres(0, 1), 0.15625);
+  EXPECT_DOUBLE_EQ(StepsToMicrometres(2, 1), 0.625);
+}
+
+TEST_F(ControllerCommandsTest, SpeedsAreClampedAndStoredBeforeScaling) {
+  openWithSpeeds(1000, 1000, 100);
+  int zero = 0, fast = 7000, yZero = 0, z = 100;
+  SetAxisSpeed(serialLink, 0, zero);
+  SetAxisSpeed(serialLink, 0, fast);
+  SetAxisSpeed(serialLink, 1, yZero);
+  SetAxisSpeed(serialLink, 2, z);
+  EXPECT_THAT(sentCommands(), ElementsAre("s6", "s32000", "S1", "T160"));
+  EXPECT_EQ(fast, 5000);
+  EXPECT_EQ(serialLink.speedUmPerS[0], 5000);
+  EXPECT_EQ(serialLink.speedUmPerS[1], 1);
+}
+
+TEST_F(ControllerCommandsTest, OtherAxisNumbersSendNothing) {
+  openWithSpeeds(1000, 1000, 100);
+  int speed = 100;
+  SetAxisSpeed(serialLink, 3, speed);
+  SetAxisAcceleration(serialLink, -1, 100);
+  MoveAxisTo(serialLink, 3, 10.0);
+  StopAxis(serialLink, 5);
+  ZeroAxis(serialLink, 3);
+  EXPECT_TRUE(sentCommands().empty());
+}
+
+TEST_F(ControllerCommandsTest, AMoveSendsTheTargetInStepsAndLeavesThePositionToTheWait) {
+  openWithSpeeds(1000, 1000, 100);
+  serialLink.upperLimit[0] = serialLink.lowerLimit[0] = 0.0;
+  MoveAxisTo(serialLink, 0, -0.1);
+  MoveAxisTo(serialLink, 1, 12.5);
+  MoveAxisTo(serialLink, 2, -100.0);
+  EXPECT_THAT(sentCommands(), ElementsAre("m0", "M20", "L-160"));
+  EXPECT_EQ(serialLink.lastMoveSteps, -160);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
+}
+
+TEST_F(ControllerCommandsTest, TheFirstMoveAfterAZeroIsRefusedUntilBothDirectionsCleared) {
+  openWithSpeeds(1000, 1000, 100);
+  ZeroAxis(serialLink, 1);
+  MoveAxisTo(serialLink, 1, 50.0);   // up: refused, upper flag stays
+  MoveAxisTo(serialLink, 1, -50.0);  // down: clears upper, refused by lower
+  EXPECT_EQ(serialLink.upperLimit[1], 0.0);
+  EXPECT_NE(serialLink.lowerLimit[1], 0.0);
+  MoveAxisTo(serialLink, 1, 50.0);  // up: clears lower, sent
+  EXPECT_THAT(sentCommands(), ElementsAre("Z", "M80"));
+  EXPECT_EQ(serialLink.lowerLimit[1], 0.0);
+}
+
+TEST_F(ControllerCommandsTest, TheSameLaserVoltageIsSentOnce) {
+  openWithSpeeds(1000, 1000, 100);
+  SetLaserVoltage(laser, 2.5);
+  SetLaserVoltage(laser, 2.5);
+  SetLaserVoltage(laser, 5.0);
+  EXPECT_THAT(sentCommands(), ElementsAre("G 5 127", "G 5 255"));
+  EXPECT_EQ(recordedBoxText(Box::LaserVoltage), "5.00");
+}
+
+TEST_F(ControllerCommandsTest, LaserOnAndOffSwitchThePinTheVoltageAndTheRadios) {
+  openWithSpeeds(1000, 1000, 100);
+  station.insideVoltage = 2.3;
+  EXPECT_EQ(SwitchLaser(laser, 1), 0);
+  EXPECT_EQ(SwitchLaser(laser, 0), 1);
+  EXPECT_EQ(SwitchLaser(laser, 0), 0);  // already off: no second G 5 0
+  EXPECT_THAT(sentCommands(), ElementsAre("D 6 5", "G 5 117", "D 6 0", "G 5 0", "D 6 0"));
+  EXPECT_TRUE(recorded("radio 3000-3001: 3000"));
+  EXPECT_TRUE(recorded("radio 3000-3001: 3001"));
+  EXPECT_EQ(laser.laserOn, 0);
+  EXPECT_EQ(recordedCalls().back(), "focus main");
+}
+
+TEST_F(ControllerCommandsTest, LaserRestoreReturnsToThePreviousState) {
+  openWithSpeeds(1000, 1000, 100);
+  SwitchLaser(laser, 0);
+  SwitchLaser(laser, 1);  // previous: off
+  SwitchLaser(laser, 0);  // previous: on
+  virtualSerialClearWritten();
+  SwitchLaser(laser, 2);
+  EXPECT_EQ(laser.laserOn, 1);
+  EXPECT_EQ(virtualSerialBoard().pins[6], 5);
+}
+
+TEST_F(ControllerCommandsTest, IlluminationRestoreResendsWithoutChangingState) {
+  openWithSpeeds(1000, 1000, 100);
+  SwitchIllumination(1);  // previous 0
+  SwitchIllumination(0);  // previous 1
+  virtualSerialClearWritten();
+  EXPECT_EQ(SwitchIllumination(2), 1);
+  EXPECT_EQ(SwitchIllumination(2), 1);
+  EXPECT_THAT(sentCommands(), ElementsAre("D 7 5", "D 7 5"));
+  EXPECT_TRUE(recorded("radio 3105-3106: 3105"));
+}

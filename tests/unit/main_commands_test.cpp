@@ -1,0 +1,157 @@
+// The main window's own commands as the operator meets them: the live view switch, the
+// "Blink" button and its box, the check boxes, the menu entries that do nothing, and the
+// first states after the window is created.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/command_dispatch.h"
+#include "app/layers.h"
+#include "app/live_view_control.h"
+#include "app/shell_commands.h"
+#include "app/station.h"
+#include "resources/resource.h"
+#include "sim/recorded_feedback.h"
+#include "sim/virtual_clock.h"
+#include "tests/unit/station_fixture.h"
+
+namespace {
+
+class MainCommands : public StationTest {
+ protected:
+  void SetUp() override {
+    StationTest::SetUp();
+    blinkMs = 500;
+    centerWritingOnly = 0;
+    setLiveView(0);
+    setLiveView(0);  // remembered state off as well
+    recordedFeedbackReset();
+  }
+};
+
+using Calls = std::vector<std::string>;
+
+TEST_F(MainCommands, VideoOnStartsTheTimerAndOffStopsIt) {
+  dispatchCommand(IDC_VIDEO_ON);
+  EXPECT_EQ(recordedCalls(), (Calls{"radio 2112-2113: 2112", "timer 1: 200 ms", "focus main"}));
+  EXPECT_EQ(setLiveView(4), 1);
+
+  recordedFeedbackReset();
+  dispatchCommand(IDC_VIDEO_OFF);
+  EXPECT_EQ(recordedCalls(), (Calls{"timer 1: killed", "radio 2112-2113: 2113", "focus main"}));
+  EXPECT_EQ(setLiveView(4), 0);
+  EXPECT_EQ(setLiveView(3), 1) << "it was on before it was switched off";
+}
+
+TEST_F(MainCommands, RestoreBringsBackTheStateBeforeADialog) {
+  setLiveView(1);
+  setLiveView(0);  // a dialog opens
+  setLiveView(2);  // and closes
+  EXPECT_EQ(setLiveView(4), 1);
+
+  setLiveView(0);
+  setLiveView(0);
+  setLiveView(2);
+  EXPECT_EQ(setLiveView(4), 0);
+}
+
+TEST_F(MainCommands, OneFrameAndUnknownModesLeaveTheTimerAlone) {
+  setLiveView(1);
+  recordedFeedbackReset();
+  setLiveView(7);  // no camera here: the frame is the test pattern
+  setLiveView(5);
+  const Calls& calls = recordedCalls();
+  ASSERT_EQ(calls.size(), 3u);
+  EXPECT_EQ(calls[0].rfind("status: Fail in Grabbing", 0), 0u);
+  EXPECT_EQ(Calls(calls.begin() + 1, calls.end()), (Calls{"focus main", "focus main"}));
+  EXPECT_EQ(setLiveView(4), 1);
+}
+
+TEST_F(MainCommands, QueriesChangeNothing) {
+  setLiveView(3);
+  setLiveView(4);
+  EXPECT_TRUE(recordedCalls().empty());
+}
+
+struct BlinkCase {
+  const char* typed;
+  int expectedMs;
+  const char* shown;
+};
+
+class Blink : public MainCommands, public ::testing::WithParamInterface<BlinkCase> {};
+
+TEST_P(Blink, ClampsTheDurationShowsItAndSwitchesTheLaserBackOff) {
+  recordedSetBoxText(Box::Blink, GetParam().typed);
+  uint64_t startMs = virtualClockNow();
+  dispatchCommand(IDC_BLINK);
+  EXPECT_EQ(blinkMs, GetParam().expectedMs);
+  EXPECT_EQ(recordedBoxText(Box::Blink), GetParam().shown);
+  uint64_t elapsedMs = virtualClockNow() - startMs;
+  EXPECT_GE(elapsedMs, static_cast<uint64_t>(GetParam().expectedMs));
+  EXPECT_LE(elapsedMs, static_cast<uint64_t>(GetParam().expectedMs) + 20);
+  EXPECT_EQ(laser.laserOn, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(TypedDurations, Blink,
+                         ::testing::Values(BlinkCase{"0", 1, "1"}, BlinkCase{"99999", 5000, "5000"},
+                                           BlinkCase{"250", 250, "250"},
+                                           BlinkCase{"abc", 500, "500"}, BlinkCase{"-7", 1, "1"}));
+
+TEST_F(MainCommands, CheckBoxesToggleTheirFlagAndMark) {
+  dispatchCommand(IDC_MASK_LAYER);
+  dispatchCommand(IDC_MASK_LAYER);
+  dispatchCommand(IDC_LINES_LAYER);
+  dispatchCommand(IDC_MARK_LAYER);
+  dispatchCommand(IDC_CENTER_WRITING_ONLY);
+  EXPECT_EQ(recordedCalls(), (Calls{"check 2200: 1", "check 2200: 0", "check 2201: 1",
+                                    "check 2203: 1", "check 2121: 1"}));
+  EXPECT_EQ(maskShown, 0);
+  EXPECT_EQ(linesShown, 1);
+  EXPECT_EQ(markShown, 1);
+  EXPECT_EQ(centerWritingOnly, 1);
+}
+
+TEST_F(MainCommands, MenuStopAndStartVectorWritingChangeNothing) {
+  setLiveView(1);
+  recordedFeedbackReset();
+  StationParameters before = station;
+  uint64_t startMs = virtualClockNow();
+  dispatchCommand(IDM_STOP);
+  dispatchCommand(IDM_START_VECTOR_WRITING);
+  dispatchCommand(31999);  // no such command
+  EXPECT_TRUE(recordedCalls().empty());
+  EXPECT_EQ(virtualClockNow(), startMs);
+  EXPECT_EQ(setLiveView(4), 1);
+  EXPECT_EQ(station.stopRequested, before.stopRequested);
+  EXPECT_EQ(station.offsetMode, before.offsetMode);
+}
+
+TEST_F(MainCommands, FirstStatesEndWithTheBlinkBoxAndTheLiveViewOff) {
+  setLiveView(1);
+  recordedFeedbackReset();
+  onMainWindowCreated();
+  const Calls& calls = recordedCalls();
+  ASSERT_FALSE(calls.empty());
+  EXPECT_EQ(calls.front(), "radio 32001-32002: 32001");
+  EXPECT_EQ(recordedBoxText(Box::WritingArea), "1");
+  EXPECT_EQ(recordedBoxText(Box::WritingSpeed), "600");
+  EXPECT_EQ(recordedBoxText(Box::Gain), "20");
+  EXPECT_EQ(recordedBoxText(Box::Exposure), "30000");
+  ASSERT_GE(calls.size(), 5u);
+  // Then the first camera frame, here the test pattern.
+  EXPECT_EQ(Calls(calls.end() - 5, calls.end() - 1),
+            (Calls{"box Blink: 500", "timer 1: killed", "radio 2112-2113: 2113", "focus main"}));
+  EXPECT_EQ(calls.back().rfind("status: Fail in Grabbing", 0), 0u);
+}
+
+TEST_F(MainCommands, ClosingTheWindowStopsTheLiveViewAndWaits) {
+  setLiveView(1);
+  uint64_t startMs = virtualClockNow();
+  onMainWindowDestroyed();
+  EXPECT_EQ(setLiveView(4), 0);
+  EXPECT_EQ(virtualClockNow() - startMs, 100u);
+}
+
+}  // namespace

@@ -1,0 +1,114 @@
+#include "link/controller_commands.h"
+#include "link_fixture.h"
+
+using SerialLinkTest = LinkTest;
+
+TEST_F(SerialLinkTest, OpeningSendsTheOriginQueriesAndSpeedsEachWithItsNul) {
+  serialLink.speedUmPerS[0] = 1000;
+  serialLink.speedUmPerS[1] = 1000;
+  serialLink.speedUmPerS[2] = 100;
+  ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
+  const char expected[] = "z\0p\0P\0Q\0s6400\0a32000\0S1600\0T160";  // and its own NUL
+  EXPECT_EQ(virtualSerialWritten(), std::string(expected, sizeof expected));
+  EXPECT_EQ(serialLink.failed, 0);
+}
+
+TEST_F(SerialLinkTest, OpeningReadsThePositionsTheBoardReports) {
+  VirtualBoard& board = virtualSerialBoard();
+  board.axes[1].machineSteps = 1600;  // 1000 um
+  board.axes[2].machineSteps = -160;  // -100 um
+  ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 0.0);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 1000.0);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -100.0);
+}
+
+TEST_F(SerialLinkTest, OpeningAgainClosesTheOpenPortFirst) {
+  ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
+  // The virtual port refuses a second handle, as Windows does for an exclusive open.
+  EXPECT_EQ(OpenSerialLink(serialLink, true), 1);
+}
+
+TEST_F(SerialLinkTest, AMissingPortWarnsAndLeavesEveryCommandANoOp) {
+  virtualSerialSetPresent(false);
+  EXPECT_EQ(OpenSerialLink(serialLink, false), 0);
+  EXPECT_TRUE(recorded("message Warning: Error in  opening serial port (no owner)"));
+  EXPECT_EQ(serialLink.failed, 1);
+  EXPECT_EQ(SendCommand(serialLink, "s1600"), 0);
+  MoveAxisTo(serialLink, 0, 250.0);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 250.0);
+  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 0), 250.0);
+  EXPECT_TRUE(virtualSerialWritten().empty());
+}
+
+TEST_F(SerialLinkTest, AFailedLineSettingsReadReturns2WithThePortOpen) {
+  virtualSerialFailLineSettings(true);
+  EXPECT_EQ(OpenSerialLink(serialLink, true), 2);
+  EXPECT_EQ(serialLink.failed, 0);
+  EXPECT_TRUE(virtualSerialWritten().empty());
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("fail in GetCommState\n"),
+            std::string::npos);
+  testing::internal::CaptureStdout();
+}
+
+TEST_F(SerialLinkTest, EachSentCommandIsTracedOnStandardOutput) {
+  openWithSpeeds(1000, 1000, 100);
+  SendCommand(serialLink, "S1600");
+  std::string out = testing::internal::GetCapturedStdout();
+  testing::internal::CaptureStdout();
+  EXPECT_NE(out.find("\nBaudRate = 1200, ByteSize = 7, Parity = 2, StopBits = 0\n"),
+            std::string::npos);
+  EXPECT_NE(out.find("\"S1600\" was sent.\n"), std::string::npos);
+  EXPECT_EQ(virtualSerialWritten(), std::string("S1600\0", 6));
+}
+
+TEST_F(SerialLinkTest, AFailedWriteLeavesTheLinkFailedUntilReopened) {
+  openWithSpeeds(1000, 1000, 100);
+  virtualSerialBoard().faults.hangUpAfterCommands =
+      static_cast<int>(virtualSerialBoard().commands.size()) + 1;
+  EXPECT_EQ(SendCommand(serialLink, "G 5 10"), 1);
+  EXPECT_EQ(SendCommand(serialLink, "G 5 20"), 0);
+  EXPECT_EQ(serialLink.failed, 1);
+  EXPECT_EQ(std::string(serialLink.commandText).rfind("Error for G 5 20: ", 0), 0u);
+  virtualSerialBoard().hungUp = false;
+  EXPECT_EQ(SendCommand(serialLink, "G 5 30"), 0);
+  EXPECT_EQ(virtualSerialWritten(), std::string("G 5 10\0", 7));
+}
+
+TEST_F(SerialLinkTest, TheLastCompleteMarkerOfAPositionReplyWins) {
+  openWithSpeeds(1000, 1000, 100);
+  virtualSerialBoard().faults.silent = true;  // the test puts the reply in itself
+  const char reply[] = "p10p20";
+  virtualSerialBoard().output.assign(reply, reply + 6);
+  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 0), StepsToMicrometres(0, 20));
+}
+
+TEST_F(SerialLinkTest, AZReplyMustUseLowerCaseQ) {
+  openWithSpeeds(1000, 1000, 100);
+  serialLink.positionUm[2] = 40.0;
+  virtualSerialBoard().faults.silent = true;
+  const char upper[] = "Q160\r\n";
+  virtualSerialBoard().output.assign(upper, upper + 6);
+  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 2), 40.0);
+  const char lower[] = "q160\r\n";
+  virtualSerialBoard().output.assign(lower, lower + 6);
+  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 2), 100.0);
+}
+
+TEST_F(SerialLinkTest, AQueryReadsThroughGarbageBytes) {
+  virtualSerialBoard().faults.garbage = true;
+  openWithSpeeds(1000, 1000, 100);
+  virtualSerialBoard().axes[0].machineSteps = -1280;
+  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 0), -200.0);
+}
+
+TEST_F(SerialLinkTest, FreeReplyTextIsOneAttempt) {
+  openWithSpeeds(1000, 1000, 100);
+  uint64_t before = virtualClockNow();
+  EXPECT_EQ(ReadReplyText(serialLink), std::optional<std::string>(""));
+  EXPECT_EQ(virtualClockNow() - before, 550u + 10u);  // one 50-byte read, one 10 ms wait
+  SendCommand(serialLink, "P");
+  EXPECT_EQ(ReadReplyText(serialLink), std::optional<std::string>("P0\r\n"));
+  CloseSerialLink(serialLink);
+  EXPECT_EQ(ReadReplyText(serialLink), std::nullopt);
+}

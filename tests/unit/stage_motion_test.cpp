@@ -1,0 +1,178 @@
+#include "link/stage_motion.h"
+
+#include "app/command_dispatch.h"
+#include "link/controller_commands.h"
+#include "link/jog_pad.h"
+#include "link_fixture.h"
+
+using StageMotionTest = LinkTest;
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
+
+namespace {
+void clearLimitFlags() {
+  for (int axis = 0; axis < kAxisCount; ++axis)
+    serialLink.upperLimit[axis] = serialLink.lowerLimit[axis] = 0.0;
+}
+}  // namespace
+
+TEST_F(StageMotionTest, AZMoveArrivesWithinItsTimeOut) {
+  openWithSpeeds(1000, 1000, 100);
+  EXPECT_EQ(MoveTimeoutMs(serialLink, 2, 100.0), 3000);
+  uint64_t start = virtualClockNow();
+  MoveAxisAndWait(serialLink, 2, 100.0);
+  EXPECT_LT(virtualClockNow() - start, 3000u);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 100.0);
+  EXPECT_THAT(lastStatus(), StartsWith("Z arrived(1): "));
+  EXPECT_EQ(recordedBoxText(Box::PositionZ), "100");
+}
+
+TEST_F(StageMotionTest, ASilentBoardEndsTheWaitAfterItsTimeOut) {
+  openWithSpeeds(1000, 1000, 100);
+  virtualSerialBoard().faults.silent = true;
+  uint64_t start = virtualClockNow();
+  EXPECT_EQ(WaitForAxis(serialLink, 2, 100.0, 3000), kWaitTimedOut);
+  uint64_t waited = virtualClockNow() - start;
+  EXPECT_GE(waited, 3000u);
+  EXPECT_LT(waited, 3000u + 550u + 150u + 10u + 10u);  // one cycle of reads and a pump
+  EXPECT_THAT(lastStatus(), StartsWith("time passed: "));
+  EXPECT_NE(lastStatus().find("/3000, Fail to read:"), std::string::npos);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
+}
+
+TEST_F(StageMotionTest, APositionReplyNearTheTargetEndsTheWait) {
+  openWithSpeeds(1000, 1000, 100);
+  virtualSerialBoard().faults.silent = true;
+  const char reply[] = "junkP1598\r\n";  // Y 998.75 um: within 1 um of 999
+  virtualSerialBoard().output.assign(reply, reply + 11);
+  EXPECT_EQ(WaitForAxis(serialLink, 1, 999.0, 5000), kWaitPositionReply);
+  EXPECT_THAT(lastStatus(), StartsWith("Z arrived(2): "));
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 999.0);
+}
+
+TEST_F(StageMotionTest, ALimitArrivalSetsTheUpperFlagAndBlocksTheNextUpwardMove) {
+  openWithSpeeds(1000, 1000, 100);
+  virtualSerialBoard().axes[1].maxMachineSteps = 1600;  // the switch at 1000 um
+  MoveAxisAndWait(serialLink, 1, 2000.0);
+  EXPECT_EQ(serialLink.upperLimit[1], 1.0);
+  EXPECT_EQ(serialLink.lowerLimit[1], 0.0);
+  EXPECT_THAT(lastStatus(), StartsWith("Limited(10): 1000.0"));
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 1000.0);
+  virtualSerialClearWritten();
+  MoveAxisTo(serialLink, 1, 1500.0);
+  EXPECT_TRUE(sentCommands().empty());
+  MoveAxisTo(serialLink, 1, 500.0);
+  EXPECT_THAT(sentCommands(), ElementsAre("M800"));
+}
+
+TEST_F(StageMotionTest, AMoveToThePresentPositionSendsNothingAndDoesNotWait) {
+  openWithSpeeds(1000, 1000, 100);
+  uint64_t start = virtualClockNow();
+  MoveAxisAndWait(serialLink, 2, 0.0);
+  EXPECT_TRUE(virtualSerialWritten().empty());
+  EXPECT_EQ(virtualClockNow(), start);
+}
+
+TEST(XYMovePlan, MatchesTheShorterAxisSpeedToTheTravelTime) {
+  XYMovePlan plan = PlanXYMove(100.0, 50.0, 1000);
+  EXPECT_EQ(plan.travelMs, 100u);
+  EXPECT_EQ(plan.xSpeedUmPerS, 1000);
+  EXPECT_EQ(plan.ySpeedUmPerS, 500);
+  plan = PlanXYMove(30.0, 300.0, 600);
+  EXPECT_EQ(plan.travelMs, 500u);
+  EXPECT_EQ(plan.xSpeedUmPerS, 60);
+  EXPECT_EQ(plan.ySpeedUmPerS, 600);
+}
+
+TEST_F(StageMotionTest, MoveXYSendsMatchedSpeedsAndEndsAtTheTarget) {
+  openWithSpeeds(1000, 1000, 100);
+  clearLimitFlags();
+  MoveXY(100.0, 50.0, 1000);
+  std::vector<std::string> sent = sentCommands();
+  ASSERT_GE(sent.size(), 4u);
+  EXPECT_THAT(std::vector<std::string>(sent.begin(), sent.begin() + 4),
+              ElementsAre("s6400", "S800", "m640", "M80"));
+  EXPECT_TRUE(recorded("status: Dist. to move 100.0um"));
+  EXPECT_TRUE(recorded("status: Started    "));
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 100.0);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 50.0);
+}
+
+TEST_F(StageMotionTest, MoveXYToThePresentPlaceEndsAtOnce) {
+  openWithSpeeds(1000, 1000, 100);
+  uint64_t start = virtualClockNow();
+  MoveXY(0.0, 0.0, 1000);
+  EXPECT_EQ(virtualClockNow(), start);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 0.0);
+}
+
+TEST_F(StageMotionTest, WithoutABoardMovesOnlyUpdateThePositionModel) {
+  virtualSerialSetPresent(false);
+  OpenSerialLink(serialLink, true);
+  JogByKey(0x25);  // Left
+  JogByKey(0x21);  // Page Up
+  JogByKey(0x24);  // Home moves nothing
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], -500.0);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 100.0);
+  MoveXY(300.0, -200.0, 0);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[1], -200.0);
+}
+
+TEST(JogPadHitTest, EdgesAreOutsideTheRectangle) {
+  IntRect rect = {10, 20, 30, 40};
+  EXPECT_TRUE(PointInRect({11, 21}, rect));
+  EXPECT_FALSE(PointInRect({10, 25}, rect));
+  EXPECT_FALSE(PointInRect({30, 25}, rect));
+  EXPECT_FALSE(PointInRect({15, 20}, rect));
+  EXPECT_FALSE(PointInRect({15, 40}, rect));
+}
+
+TEST_F(StageMotionTest, APressOnAPadEdgeStartsNoJog) {
+  openWithSpeeds(1000, 1000, 100);
+  const IntRect& plusX = jogPad.rects[1];
+  JogPadPress(jogPad, {plusX.left, (plusX.top + plusX.bottom) / 2});
+  EXPECT_TRUE(virtualSerialWritten().empty());
+  EXPECT_FALSE(recorded("text "));
+  EXPECT_EQ(jogPad.busy, 0);
+}
+
+TEST_F(StageMotionTest, TheStepButtonsMoveAxisZeroByTwoMicrometres) {
+  openWithSpeeds(1000, 1000, 100);
+  clearLimitFlags();
+  dispatchCommand(2013);
+  dispatchCommand(2014);
+  std::vector<std::string> sent = sentCommands();
+  EXPECT_NE(std::find(sent.begin(), sent.end(), "m12"), sent.end());
+  EXPECT_NE(std::find(sent.begin(), sent.end(), "m0"), sent.end());
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 0.0);
+}
+
+TEST_F(StageMotionTest, ThePositionBoxesAreParsedAndClamped) {
+  openWithSpeeds(5000, 1000, 100);
+  clearLimitFlags();
+  recordedSetBoxText(Box::PositionX, "30000");
+  dispatchCommand(4003);
+  EXPECT_EQ(sentCommands().front(), "m160000");
+  virtualSerialClearWritten();
+  recordedSetBoxText(Box::PositionZ, "up");
+  dispatchCommand(4005);
+  EXPECT_TRUE(sentCommands().empty());
+}
+
+TEST_F(StageMotionTest, WaferTwiceLowersZOnce) {
+  openWithSpeeds(1000, 1000, 1000);
+  station.zLifted = 1;
+  station.zLiftUm = 680.0;
+  dispatchCommand(32002);
+  dispatchCommand(32002);
+  std::vector<std::string> sent = sentCommands();
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), "L-1088"), 1);
+  EXPECT_EQ(station.zLifted, 0);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -680.0);
+}
+
+TEST_F(StageMotionTest, ReopeningWithoutAPortReportsNoDevices) {
+  virtualSerialSetPresent(false);
+  dispatchCommand(32810);
+  EXPECT_TRUE(recorded("message Scanner Error: No devices found"));
+}

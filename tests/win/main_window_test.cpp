@@ -1,0 +1,141 @@
+// The real main window in this process: the keys of the editable boxes, the feedback
+// seam on the real controls, and how the responsive wait's message taking sorts clicks.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "app/feedback.h"
+#include "app/main_controls_win32.h"
+#include "app/main_window_win32.h"
+#include "resources/resource.h"
+
+namespace {
+
+void pumpPendingMessages() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+void pressKey(HWND window, WPARAM key) { SendMessageW(window, WM_KEYDOWN, key, 0); }
+
+std::string textOf(HWND window) {
+  char text[100] = {};
+  GetWindowTextA(window, text, sizeof text);
+  return text;
+}
+
+class MainWindow : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    HINSTANCE instance = GetModuleHandleW(nullptr);
+    registerWindowClasses(instance);
+    ASSERT_TRUE(initInstance(instance, SW_SHOW));
+    SetForegroundWindow(mainWindow);
+    pumpPendingMessages();
+  }
+  static void TearDownTestSuite() {
+    DestroyWindow(mainWindow);
+    pumpPendingMessages();
+  }
+  void SetUp() override { pumpPendingMessages(); }
+};
+
+TEST_F(MainWindow, TabCyclesThePositionBoxesAndTheOffsetBoxes) {
+  const MainControlHandles& h = mainControls;
+  SetFocus(h.positionXBox);
+  for (HWND next : {h.positionYBox, h.positionZBox, h.positionXBox}) {
+    pressKey(GetFocus(), VK_TAB);
+    EXPECT_EQ(GetFocus(), next);
+  }
+  SetFocus(h.dxBox);
+  pressKey(GetFocus(), VK_TAB);
+  EXPECT_EQ(GetFocus(), h.dyBox);
+  pressKey(GetFocus(), VK_TAB);
+  EXPECT_EQ(GetFocus(), h.dxBox);
+}
+
+TEST_F(MainWindow, EnterAndEscapeGiveTheFocusBackToTheMainWindow) {
+  SetFocus(mainControls.writingSpeedBox);
+  std::string speed = textOf(mainControls.writingSpeedBox);
+  pressKey(mainControls.writingSpeedBox, VK_RETURN);
+  EXPECT_EQ(GetFocus(), mainWindow);
+  EXPECT_EQ(textOf(mainControls.writingSpeedBox), speed);
+
+  SetFocus(mainControls.positionZBox);
+  pressKey(mainControls.positionZBox, VK_ESCAPE);
+  EXPECT_EQ(GetFocus(), mainWindow);
+
+  SetFocus(mainControls.gainBox);
+  pressKey(mainControls.gainBox, VK_ESCAPE);
+  EXPECT_EQ(GetFocus(), mainControls.gainBox) << "Esc in Gain is the edit control's own";
+}
+
+TEST_F(MainWindow, TheTwoBoxesWithId2006AreReachedByRole) {
+  feedbackSetBoxText(Box::Progress, "42 %");
+  feedbackSetBoxText(Box::Time, "0 (2) min.");
+  EXPECT_EQ(textOf(mainControls.progressBox), "42 %");
+  EXPECT_EQ(textOf(mainControls.timeBox), "0 (2) min.");
+  EXPECT_EQ(GetDlgCtrlID(mainControls.timeBox), IDC_PROGRESS_BOX);
+}
+
+TEST_F(MainWindow, BoxTextIsReadUpToTheLimit) {
+  feedbackSetBoxText(Box::PositionX, "123456789012345");
+  EXPECT_EQ(feedbackGetBoxText(Box::PositionX, 11), "1234567890");
+  EXPECT_EQ(feedbackGetBoxText(Box::PositionX, 100), "123456789012345");
+}
+
+TEST_F(MainWindow, RadiosAndChecksAreSetByTheProgram) {
+  feedbackCheckRadio(IDC_LASER_ON, IDC_LASER_OFF, IDC_LASER_OFF);
+  EXPECT_EQ(IsDlgButtonChecked(mainWindow, IDC_LASER_ON), BST_UNCHECKED);
+  EXPECT_EQ(IsDlgButtonChecked(mainWindow, IDC_LASER_OFF), BST_CHECKED);
+  feedbackSetCheck(IDC_MARK_LAYER, true);
+  EXPECT_EQ(IsDlgButtonChecked(mainWindow, IDC_MARK_LAYER), BST_CHECKED);
+  feedbackSetCheck(IDC_MARK_LAYER, false);
+  EXPECT_EQ(IsDlgButtonChecked(mainWindow, IDC_MARK_LAYER), BST_UNCHECKED);
+  feedbackSetButtonText(IDC_START_WRITING, "Stop");
+  EXPECT_EQ(textOf(mainControls.startWritingButton), "Stop");
+  feedbackSetButtonText(IDC_START_WRITING, "Start Writing");
+}
+
+TEST_F(MainWindow, ClicksAreSortedByTheWindowTheyHit) {
+  HWND other = CreateWindowW(L"STATIC", L"other", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                             GetModuleHandleW(nullptr), nullptr);
+  HWND button = GetDlgItem(mainWindow, IDC_BLINK);
+  struct Case {
+    HWND window;
+    UINT message;
+    QueuedKind kind;
+    QueuedTarget target;
+  };
+  for (const Case& c :
+       {Case{displayWindow, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown,
+             QueuedTarget::DisplayWindow},
+        Case{button, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::MainWindow},
+        Case{mainWindow, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::MainWindow},
+        Case{other, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::OtherWindow},
+        Case{displayWindow, WM_RBUTTONDOWN, QueuedKind::Other, QueuedTarget::DisplayWindow}}) {
+    pumpPendingMessages();
+    PostMessageW(c.window, c.message, 0, 0);
+    QueuedMessage taken = {};
+    ASSERT_TRUE(feedbackTakeMessage(taken));
+    EXPECT_EQ(taken.kind, c.kind);
+    EXPECT_EQ(taken.target, c.target);
+  }
+  QueuedMessage none = {};
+  pumpPendingMessages();
+  EXPECT_FALSE(feedbackTakeMessage(none));
+  DestroyWindow(other);
+}
+
+TEST_F(MainWindow, AQuitTakenDuringAWaitIsLeftForTheMessageLoop) {
+  PostQuitMessage(3);
+  QueuedMessage taken = {};
+  EXPECT_FALSE(feedbackTakeMessage(taken));
+  MSG message;
+  ASSERT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(message.wParam, 3u);
+}
+
+}  // namespace
