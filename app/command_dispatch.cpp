@@ -56,7 +56,6 @@ void onMainWindowCreated() {
   showFirstStates();
   showBlinkDuration();
   setLiveView(0);
-  showFirstCameraFrame();
 }
 
 void onMainWindowDestroyed() {
