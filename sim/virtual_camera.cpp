@@ -17,7 +17,7 @@ constexpr int kTextureSize = 2520;                     // texels: 30 grid period
 constexpr int kViewWidth = kVirtualSensorWidth / 4;    // 616 texels
 constexpr int kViewHeight = kVirtualSensorHeight / 4;  // 514 texels
 constexpr double kTexelUm = kVirtualFieldUm / kViewWidth;
-constexpr double kBlurTexelsPerUm = 0.4;  // blur radius per um of defocus
+constexpr double kBlurTexelsPerUm = 1.0;  // blur radius per um of defocus: a shallow focus
 constexpr int kMaxBlurTexels = 48;
 constexpr int kLampOffPercent = 6;  // stray light with the lamp off
 
