@@ -3,6 +3,6 @@
 // window shows in its title when it is created.
 #include "camera/heap_blocks.h"
 
-int heapAllocFailed = 0;  // read by the main window when it sets its title
+int heapAllocFailed = 0;
 
 void reportHeapAllocFailure() { heapAllocFailed = 1; }

@@ -11,7 +11,6 @@
 
 struct Canvas {
   SurfaceWindow window;
-  bool direct = false;
   bool bitmap = false;
   bool context = false;
   int width = 0;
@@ -76,9 +75,7 @@ Canvas* canvasNew(SurfaceWindow window) {
 
 Canvas* canvasOnWindow(SurfaceWindow window) {
   calls.push_back(std::string("on window ") + windowName(window));
-  Canvas* canvas = canvasNew(window);
-  canvas->direct = true;
-  return canvas;
+  return canvasNew(window);
 }
 
 bool canvasCreateBitmap(Canvas* canvas, int width, int height) {
@@ -98,7 +95,7 @@ bool canvasCreateContext(Canvas* canvas) {
 }
 
 bool canvasSetPixels(Canvas* canvas, const uint8_t* pixels, int width, int height) {
-  if (!canvas->bitmap || failing("pixels")) return false;
+  if (!canvas->bitmap || !canvas->context || failing("pixels")) return false;
   canvas->pixels.assign(pixels, pixels + static_cast<size_t>(width) * height * 4);
   calls.push_back("pixels");
   return true;

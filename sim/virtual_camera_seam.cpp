@@ -9,7 +9,6 @@
 #include "sim/virtual_camera.h"
 
 struct SdkCamera {
-  bool open = false;
   size_t remainingResults = 0;  // grabbing while non-zero
 };
 
@@ -97,18 +96,11 @@ SdkCamera* cameraSdkCreateFirstCamera() {
   return &state().camera;
 }
 
-void cameraSdkOpen(SdkCamera* camera) {
-  camera->open = true;
-  note("open");
-}
+void cameraSdkOpen(SdkCamera*) { note("open"); }
 
-void cameraSdkClose(SdkCamera* camera) {
-  camera->open = false;
-  note("close");
-}
+void cameraSdkClose(SdkCamera*) { note("close"); }
 
 void cameraSdkStartGrabbing(SdkCamera* camera, size_t maxImages) {
-  camera->open = true;  // grabbing opens the camera by itself
   camera->remainingResults = maxImages;
   note("start grabbing " + std::to_string(maxImages));
 }
@@ -126,9 +118,8 @@ void cameraSdkRetrieveResult(SdkCamera* camera, SdkGrabResult& result) {
   deliver(result);
 }
 
-void cameraSdkGrabOne(SdkCamera* camera, unsigned, SdkGrabResult& result) {
+void cameraSdkGrabOne(SdkCamera*, unsigned, SdkGrabResult& result) {
   note("grab one");
-  camera->open = true;
   deliver(result);
 }
 
