@@ -88,7 +88,10 @@ std::wstring UniqueFileName(const DataPaths& paths, const std::wstring& base,
 int AskFileToOpen(std::wstring& path) {
   std::wstring chosen;
   if (!fileDialogAskOpen(chosen)) return 1;
-  const std::string narrow = std::filesystem::path(chosen).string();
+  // "%S" prints a wide path narrowed; characters beyond ASCII show as '?', and unlike a
+  // code-page conversion this cannot fail.
+  std::string narrow;
+  for (wchar_t c : chosen) narrow += (c > 0 && c < 128) ? static_cast<char>(c) : '?';
   char text[600];
   std::snprintf(text, sizeof text, "File:%s", narrow.c_str());
   showStatus(text);
