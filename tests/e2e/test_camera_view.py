@@ -1,6 +1,8 @@
-"""The live view of telvane-sim.exe shows the virtual sample: a wide view mosaic of nine
-pictures round the stage, and a live picture that is sharp at the focus height and
-blurs once "Wafer" lowers the stage. Screenshots land in build/e2e-artifacts."""
+"""The live view of telvane-sim.exe shows the virtual sample: "Save Image" writes it as
+optic(0).jpg (PNG data), a wide view mosaic shows nine pictures round the stage, and the
+live picture is sharp at the focus height and blurs once "Wafer" lowers the stage.
+Screenshots land in build/e2e-artifacts."""
+import glob
 import os
 import subprocess
 import sys
@@ -9,6 +11,7 @@ import time
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from telvane_e2e import WineSession  # noqa: E402
 
+SAVE_IMAGE = 32804
 VIDEO_ON = 2112
 ILLUMINATION_ON = 3105
 WAFER = 32002
@@ -34,6 +37,17 @@ def main():
         time.sleep(3)
         focused = session.screenshot("camera-live-focused")
         sharp = sharpness(session, focused)
+
+        # "Save Image": optic(0).jpg in the run folder, holding PNG data.
+        session.inspect("command", "Telvane", SAVE_IMAGE)
+        saved = []
+        deadline = time.monotonic() + 20
+        while not saved and time.monotonic() < deadline:
+            time.sleep(1)
+            saved = glob.glob(os.path.join(session.desktop, "Orvalin_Data", "*", "optic(0).jpg"))
+        assert saved, "no optic(0).jpg under %s" % session.desktop
+        with open(saved[0], "rb") as picture:
+            assert picture.read(8) == b"\x89PNG\r\n\x1a\n"
 
         session.inspect("command", "Telvane", WIDE_VIEW)
         time.sleep(25)
