@@ -7,6 +7,7 @@
 #include "app/shell_commands.h"
 #include "app/system_services.h"
 #include "app/view_geometry.h"
+#include "camera/camera_commands.h"
 #include "camera/live_view.h"
 #include "link/jog_pad.h"
 #include "link/stage_commands.h"
@@ -41,6 +42,12 @@ void dispatchCommand(int id) {
     case IDM_START_VECTOR_WRITING:  // lines are written by "Start Writing" when "lines" is checked
     case IDM_STOP:                  // a click during the run stops it, through the responsive wait
       break;
+    case IDC_CAMERA_CAPTURE: onCameraCapture(); break;
+    case IDC_WIDE_VIEW: onWideView(); break;
+    case IDM_SAVE_IMAGE: onSaveImage(); break;
+    case IDM_CAMERA_AUTO_SETTING: onCameraAutoSetting(); break;
+    case IDM_CAMERA_BLUE_ONLY: onCameraBlueOnly(); break;
+    case IDM_APPLY_GAIN_EXPOSURE: onCameraManualEntry(); break;
     default: break;  // unknown ids are ignored
   }
 }

@@ -8,9 +8,9 @@
 #include <string>
 
 enum class Box {
-  Status,        // "Information" (2103): painted over, see feedbackPaintStatus
-  Progress,      // "Progress" (2006)
-  Time,          // "Time (estimated)" (2006, reached by its handle)
+  Status,    // "Information" (2103): painted over, see feedbackPaintStatus
+  Progress,  // "Progress" (2006)
+  Time,      // "Time (estimated)" (2006, reached by its handle)
   PositionX,
   PositionY,
   PositionZ,
@@ -20,8 +20,9 @@ enum class Box {
   Blink,         // 2118
   Gain,
   Exposure,
-  Dx,  // 2206
-  Dy,  // 2207
+  Dx,            // 2206
+  Dy,            // 2207
+  CameraStatus,  // the camera-status text control of "Camera Configuration"
 };
 
 void feedbackSetBoxText(Box box, const std::string& text);

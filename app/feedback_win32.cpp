@@ -30,6 +30,8 @@ HWND boxHandle(Box box) {
     case Box::Exposure: return h.exposureBox;
     case Box::Dx: return h.dxBox;
     case Box::Dy: return h.dyBox;
+    // The camera set-up names its mode here, but the main window has no control for it.
+    case Box::CameraStatus: return nullptr;
   }
   return nullptr;
 }

@@ -11,6 +11,7 @@
 #include "app/main_controls_win32.h"
 #include "app/shell_paint_win32.h"
 #include "app/station.h"
+#include "camera/heap_blocks.h"
 #include "resources/resource.h"
 
 HINSTANCE appInstance = nullptr;
@@ -125,6 +126,8 @@ BOOL initInstance(HINSTANCE instance, int showMode) {
                                 kDisplayWidth, kDisplayHeight, window, nullptr, instance, nullptr);
   ShowWindow(displayWindow, SW_SHOW);
   if (window == nullptr) return FALSE;
+  // A picture or frame block that could not be allocated before the window existed.
+  if (heapAllocFailed != 0) SetWindowTextW(window, L"error in HeapAlloc");
   mainWindow = window;
   ShowWindow(window, showMode);
   UpdateWindow(window);

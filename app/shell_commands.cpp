@@ -12,6 +12,7 @@
 #include "app/status_display.h"
 #include "app/system_services.h"
 #include "camera/Basler_camera.h"
+#include "camera/camera_commands.h"
 #include "link/controller_commands.h"
 #include "resources/resource.h"
 
@@ -62,8 +63,9 @@ void showFirstStates() {
   feedbackSetBoxText(Box::WritingArea, formatted("%d", station.magnification));
   feedbackSetBoxText(Box::WritingSpeed, formatted("%d", station.writingSpeed));
   showStagePosition();
+  showFirstCameraFrame();
   char exposure[100];
-  std::snprintf(exposure, sizeof exposure, "%.0f", camera.exposureUs);
+  std::snprintf(exposure, sizeof exposure, "%.0f", camera.exposureTime);
   feedbackSetBoxText(Box::Gain, formatted("%d", camera.gain));
   feedbackSetBoxText(Box::Exposure, exposure);
 }

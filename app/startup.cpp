@@ -18,6 +18,9 @@ void startUpDevices() {
   if (readSettingsFile(dataPaths.configPath)) recomputeViewGeometry(station);
   cameraImageSize = {kDisplayWidth, kDisplayHeight};
   pictureImageSize = {kDisplayWidth, kDisplayHeight};
+  // The camera picture is the whole display, not the 1000 x 1000 of a pattern picture.
+  displayFrame.width = kDisplayWidth;
+  displayFrame.height = kDisplayHeight;
   allocateClusterTable();
 
   // One port, opened twice: the two attempts only word the failure differently.

@@ -1,7 +1,11 @@
-// The live camera view. Placeholder until the camera lands.
+// The live camera view's frame: what timer 1 of the main window and the live-view switch
+// (app/live_view_control.h, which decides when) call to grab and draw. It owns the
+// wide-view flag that says the mosaic, not a live frame, is on the screen.
 #pragma once
+
+extern int wideViewShown;  // set by wide view, cleared when the live view starts
 
 // Grab one frame and redraw the camera layer on the display window.
 void grabAndShowLiveFrame();
-// Forget the frame errors counted so far (live view switched on).
+// The live view is starting: forget the frame errors counted so far, and the mosaic.
 void resetLiveFrameErrors();

@@ -3,8 +3,8 @@
 #include <deque>
 #include <map>
 
-#include "sim/recorded_feedback.h"
 #include "app/system_services.h"
+#include "sim/recorded_feedback.h"
 
 namespace {
 
@@ -35,6 +35,7 @@ const char* boxName(Box box) {
     case Box::Exposure: return "Exposure";
     case Box::Dx: return "Dx";
     case Box::Dy: return "Dy";
+    case Box::CameraStatus: return "CameraStatus";
   }
   return "?";
 }

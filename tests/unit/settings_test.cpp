@@ -2,6 +2,7 @@
 
 #include "app/startup.h"
 #include "pattern/cluster_table.h"
+#include "sim/virtual_camera.h"
 #include "station_fixture.h"
 
 namespace {
@@ -63,6 +64,8 @@ using StartUp = StationTest;
 
 TEST_F(StartUp, WithNoDevicesEachIsReportedInOrderWithoutOwner) {
   virtualSerialSetPresent(false);
+  virtualCameraReset();
+  virtualCameraSetPresent(false);
   startUpDevices();
   const std::vector<std::string> expected = {
       "message Warning: Error in  opening serial port (no owner)",

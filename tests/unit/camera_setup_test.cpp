@@ -1,0 +1,88 @@
+// Exposure and gain set-up modes on the virtual camera: what is written, in which order.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "camera_test_support.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Setup : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    resetCameraWorld();
+    ASSERT_EQ(CameraConnect(camera), 1);
+  }
+};
+
+TEST_F(Setup, ManualModeStopsGrabbingThenWritesGainAndExposure) {
+  cameraSdkStartGrabbing(camera.camera, 5);
+  CameraSetup(camera, 4);
+  EXPECT_EQ(virtualCameraLog(),
+            (Lines{"start grabbing 5", "open", "stop grabbing", "set GainAuto Off", "set Gain 20.0",
+                   "set ExposureAuto Off", "set ExposureTime 30000.0", "set MaxNumBuffer 10"}));
+  EXPECT_EQ(recordedBoxText(Box::CameraStatus), "Camera Manual Setting");
+  EXPECT_TRUE(recordedCall("status: exposure time: 30000.0"));
+}
+
+TEST_F(Setup, AutomaticModeSelectsBayerAndLetsTheCameraAdjust) {
+  cameraSdkStartGrabbing(camera.camera, 1);
+  testing::internal::CaptureStdout();
+  CameraSetup(camera, 1);
+  const std::string report = testing::internal::GetCapturedStdout();
+  const Lines autoStart = {"set OffsetX 0",           "set OffsetY 0",
+                           "set Width 2464",          "set Height 2056",
+                           "auto region whole image", "set AutoTargetBrightness 0.3"};
+  Lines expected = {"start grabbing 1", "open", "stop grabbing", "set PixelFormat 32"};
+  expected.insert(expected.end(), autoStart.begin(), autoStart.end());
+  expected.push_back("set GainAuto Continuous");
+  expected.insert(expected.end(), autoStart.begin(), autoStart.end());
+  expected.push_back("set ExposureAuto Continuous");
+  expected.push_back("set MaxNumBuffer 10");
+  EXPECT_EQ(virtualCameraLog(), expected);
+  EXPECT_EQ(recordedBoxText(Box::CameraStatus), "Camera Auto Gain Control");
+  EXPECT_TRUE(recordedCall("status: Camera gain:0 "));
+  EXPECT_TRUE(recordedCall("status: Camera Exposure:5000 "));
+  EXPECT_NE(report.find("Trying 'GainAuto = Continuous'.\nInitial Gain = 0\n"), std::string::npos);
+  EXPECT_NE(report.find("ExposureAuto 'GainAuto = Continuous'.\nInitial exposure time = 5000 us\n"),
+            std::string::npos);
+}
+
+TEST_F(Setup, AutomaticModeLeavesAPixelFormatThatIsAlreadyBayer) {
+  virtualCameraSetPixelFormatEntry(kPixelFormatBayerRG8Entry);
+  testing::internal::CaptureStdout();
+  CameraSetup(camera, 1);
+  testing::internal::GetCapturedStdout();
+  for (const std::string& line : virtualCameraLog()) EXPECT_NE(line, "set PixelFormat 32");
+}
+
+TEST_F(Setup, LongExposureModeAndUnknownModes) {
+  CameraSetup(camera, 5);
+  EXPECT_EQ(virtualCameraLog(), (Lines{"open", "set GainAuto Off", "set Gain 23.0",
+                                       "set ExposureAuto Off", "set ExposureTime 500000.0"}));
+  virtualCameraReset();
+  recordedFeedbackReset();
+  CameraSetup(camera, 6);
+  EXPECT_TRUE(virtualCameraLog().empty());
+  EXPECT_TRUE(recordedCalls().empty());
+}
+
+TEST_F(Setup, OneShotModeWaitsForTheExposureToSettle) {
+  testing::internal::CaptureStdout();
+  CameraSetup(camera, 2);
+  const std::string report = testing::internal::GetCapturedStdout();
+  EXPECT_NE(report.find("ExposureAuto went back to 'Off' after 0 frames.\n"), std::string::npos);
+  EXPECT_NE(report.find("Trying 'GainAuto = Once'."), std::string::npos);
+}
+
+TEST_F(Setup, WithoutACameraEveryModeSaysSo) {
+  camera.connected = 0;
+  CameraSetup(camera, 4);
+  EXPECT_TRUE(recordedCall("status: No camera detected"));
+  EXPECT_TRUE(virtualCameraLog().empty());
+}
+
+}  // namespace
