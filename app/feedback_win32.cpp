@@ -59,6 +59,9 @@ std::string feedbackGetBoxText(Box box, int maxChars) {
 
 void feedbackPaintStatus(const std::string& newest, const std::string& previous) {
   HWND box = mainControls.statusBox;
+  // Before the window exists (camera set-up at start) there is nowhere to paint, and
+  // GetDC of no window would paint over the whole screen.
+  if (box == nullptr) return;
   HDC dc = GetDC(box);
   if (dc == nullptr) return;
   TextOutA(dc, 2, 2, newest.c_str(), static_cast<int>(newest.size()));
@@ -81,6 +84,7 @@ void feedbackSetCheck(int controlId, bool checked) {
 void feedbackFocusMainWindow() { SetFocus(mainWindow); }
 
 void feedbackDrawMainText(int x, int y, const std::string& text, int red, int green, int blue) {
+  if (mainWindow == nullptr) return;  // GetDC of no window is the whole screen
   HDC dc = GetDC(mainWindow);
   if (dc == nullptr) return;
   SetTextColor(dc, RGB(red, green, blue));
@@ -90,6 +94,7 @@ void feedbackDrawMainText(int x, int y, const std::string& text, int red, int gr
 }
 
 void feedbackRedrawMainWindow() {
+  if (mainWindow == nullptr) return;  // InvalidateRect of no window repaints every window
   InvalidateRect(mainWindow, nullptr, TRUE);
   UpdateWindow(mainWindow);
 }
