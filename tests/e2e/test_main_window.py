@@ -58,6 +58,11 @@ class MainWindowUnderWine(unittest.TestCase):
             window = session.controls(TITLE)
             self.assertEqual(window["window"], [0, 0, 1482, 1128])
             children = [c for c in window["children"] if c["parent"] == window["handle"]]
+            client_width, client_height = window["client"]
+            for child in children:  # the whole column fits inside the client area
+                x, y, width, height = child["rect"]
+                self.assertLessEqual(x + width, client_width, child)
+                self.assertLessEqual(y + height, client_height, child)
             display = [c for c in children if c["class"] == "Display Window"]
             self.assertEqual(len(display), 1)
             self.assertEqual(display[0]["rect"], [0, 0, 1232, 1028])
