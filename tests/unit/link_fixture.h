@@ -3,32 +3,22 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <string>
-#include <vector>
+#include <sstream>
 
-#include "app/station.h"
-#include "link/serial_link.h"
-#include "sim/recorded_feedback.h"
-#include "sim/virtual_clock.h"
-#include "sim/virtual_serial.h"
+#include "station_fixture.h"
 
-class LinkTest : public ::testing::Test {
+class LinkTest : public StationTest {
  protected:
   void SetUp() override {
-    virtualClockReset();
-    recordedFeedbackReset();
-    virtualSerialReset();
     if (serialLink.failed == 0) CloseSerialLink(serialLink);
-    serialLink = SerialLink();
-    laser = LaserOutput();
+    StationTest::SetUp();
     testing::internal::CaptureStdout();
   }
   void TearDown() override {
     CloseSerialLink(serialLink);
+    StationTest::TearDown();
     // The link's trace lines are kept out of the test log unless something failed.
     std::string trace = testing::internal::GetCapturedStdout();
     if (HasFailure()) std::fputs(trace.c_str(), stdout);
@@ -46,22 +36,9 @@ class LinkTest : public ::testing::Test {
   // The commands written since the last clear, split at their NUL terminators.
   static std::vector<std::string> sentCommands() {
     std::vector<std::string> commands;
-    std::string current;
-    for (char c : virtualSerialWritten()) {
-      if (c == '\0') {
-        commands.push_back(current);
-        current.clear();
-      } else {
-        current.push_back(c);
-      }
-    }
+    std::istringstream written(virtualSerialWritten());
+    for (std::string command; std::getline(written, command, '\0');) commands.push_back(command);
     return commands;
-  }
-
-  static bool recorded(const std::string& prefix) {
-    const auto& calls = recordedCalls();
-    return std::any_of(calls.begin(), calls.end(),
-                       [&](const std::string& c) { return c.rfind(prefix, 0) == 0; });
   }
 
   static std::string lastStatus() {

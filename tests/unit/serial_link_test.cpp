@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include "link/controller_commands.h"
 #include "link_fixture.h"
 
@@ -32,7 +34,7 @@ TEST_F(SerialLinkTest, OpeningAgainClosesTheOpenPortFirst) {
 TEST_F(SerialLinkTest, AMissingPortWarnsAndLeavesEveryCommandANoOp) {
   virtualSerialSetPresent(false);
   EXPECT_EQ(OpenSerialLink(serialLink, false), 0);
-  EXPECT_TRUE(recorded("message Warning: Error in  opening serial port (no owner)"));
+  EXPECT_TRUE(hasLine("message Warning: Error in  opening serial port (no owner)"));
   EXPECT_EQ(serialLink.failed, 1);
   EXPECT_EQ(SendCommand(serialLink, "s1600"), 0);
   MoveAxisTo(serialLink, 0, 250.0);
@@ -64,24 +66,17 @@ TEST_F(SerialLinkTest, AFailedWriteLeavesTheLinkFailedUntilReopened) {
   EXPECT_EQ(virtualSerialWritten(), std::string("G 5 10\0", 7));
 }
 
-TEST_F(SerialLinkTest, TheLastCompleteMarkerOfAPositionReplyWins) {
-  openWithSpeeds(1000, 1000, 100);
-  virtualSerialBoard().faults.silent = true;  // the test puts the reply in itself
-  const char reply[] = "p10p20";
-  virtualSerialBoard().output.assign(reply, reply + 6);
-  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 0), StepsToMicrometres(0, 20));
-}
-
-TEST_F(SerialLinkTest, AZReplyMustUseLowerCaseQ) {
+// The last complete marker wins (p10p20 is 20 steps); a Z reply needs lower-case q.
+TEST_F(SerialLinkTest, APositionReplyIsTakenFromItsLastMarkerOfTheAxisLetter) {
   openWithSpeeds(1000, 1000, 100);
   serialLink.positionUm[2] = 40.0;
-  virtualSerialBoard().faults.silent = true;
-  const char upper[] = "Q160\r\n";
-  virtualSerialBoard().output.assign(upper, upper + 6);
-  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 2), 40.0);
-  const char lower[] = "q160\r\n";
-  virtualSerialBoard().output.assign(lower, lower + 6);
-  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 2), 100.0);
+  virtualSerialBoard().faults.silent = true;  // the test puts the replies in itself
+  const std::tuple<int, std::string, double> replies[] = {
+      {0, "p10p20", StepsToMicrometres(0, 20)}, {2, "Q160\r\n", 40.0}, {2, "q160\r\n", 100.0}};
+  for (const auto& [axis, text, um] : replies) {
+    virtualSerialBoard().output.assign(text.begin(), text.end());
+    EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, axis), um) << text;
+  }
 }
 
 TEST_F(SerialLinkTest, AQueryReadsThroughGarbageBytes) {

@@ -4,11 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "app/data_paths.h"
 #include "app/layers.h"
@@ -19,6 +21,13 @@
 #include "sim/recorded_feedback.h"
 #include "sim/virtual_clock.h"
 #include "sim/virtual_serial.h"
+
+// True when some line starts with prefix: the operator's calls unless other lines are given.
+inline bool hasLine(const std::string& prefix,
+                    const std::vector<std::string>& lines = recordedCalls()) {
+  return std::any_of(lines.begin(), lines.end(),
+                     [&](const std::string& line) { return line.rfind(prefix, 0) == 0; });
+}
 
 class StationTest : public ::testing::Test {
  protected:

@@ -1,4 +1,4 @@
-// Wide view: the tiles' places and the run over the nine cells.
+// Wide view: the run over the nine cells and the places of their tiles.
 #include "camera/wide_view.h"
 
 #include <gtest/gtest.h>
@@ -11,33 +11,26 @@
 namespace {
 
 using Lines = std::vector<std::string>;
+using WideViewTest = CameraTest;
 
-TEST(MosaicTile, ThirdsOfTheDisplayOverlappingByOnePixel) {
-  const IntRect first = mosaicTileRect(0, 0, 3);
-  EXPECT_EQ(first.left, 0);
-  EXPECT_EQ(first.top, 0);
-  EXPECT_EQ(first.right, 411);
-  EXPECT_EQ(first.bottom, 343);
-  EXPECT_EQ(mosaicTileRect(1, 1, 3).left, 410);
-  EXPECT_EQ(mosaicTileRect(1, 1, 3).top, 343);
-  EXPECT_EQ(mosaicTileRect(2, 2, 3).left, 821);
-  EXPECT_EQ(mosaicTileRect(2, 2, 3).top, 686);
-}
-
-TEST(WideView, VisitsTheCellsInASerpentineAndReturns) {
-  resetCameraWorld();
-  serialLink.positionUm[0] = 1000.0;
-  serialLink.positionUm[1] = 2000.0;
-  const uint64_t start = virtualClockNow();
-  EXPECT_EQ(WideView(), 1);
+Lines stretchedTiles() {
   Lines tiles;
   for (const std::string& call : recordedDisplayCalls()) {
     if (call.rfind("stretch main ", 0) == 0) tiles.push_back(call.substr(13));
   }
-  EXPECT_EQ(tiles, (Lines{"0,0,411,343", "410,0,821,343", "821,0,1232,343", "821,343,1232,686",
-                          "410,343,821,686", "0,343,411,686", "0,686,411,1029", "410,686,821,1029",
-                          "821,686,1232,1029"}));
-  EXPECT_TRUE(recordedCall("status: Wide view imaging"));
+  return tiles;
+}
+
+// Thirds of the display overlapping by one pixel, taken row by row in a serpentine.
+TEST_F(WideViewTest, VisitsTheCellsInASerpentineAndReturns) {
+  serialLink.positionUm[0] = 1000.0;
+  serialLink.positionUm[1] = 2000.0;
+  const uint64_t start = virtualClockNow();
+  EXPECT_EQ(WideView(), 1);
+  EXPECT_EQ(stretchedTiles(), (Lines{"0,0,411,343", "410,0,821,343", "821,0,1232,343",
+                                     "821,343,1232,686", "410,343,821,686", "0,343,411,686",
+                                     "0,686,411,1029", "410,686,821,1029", "821,686,1232,1029"}));
+  EXPECT_TRUE(hasLine("status: Wide view imaging"));
   EXPECT_EQ(serialLink.positionUm[0], 1000.0);
   EXPECT_EQ(serialLink.positionUm[1], 2000.0);
   EXPECT_EQ(writingActive, 0);
@@ -49,16 +42,13 @@ TEST(WideView, VisitsTheCellsInASerpentineAndReturns) {
 
 // A stop confirmed before the first cell still lets that cell finish, then the scale bar
 // is drawn and the stage goes back.
-TEST(WideView, AStopEndsTheVisitsButNotTheReturn) {
-  resetCameraWorld();
+TEST_F(WideViewTest, AStopEndsTheVisitsButNotTheReturn) {
   serialLink.positionUm[0] = -50.0;
   serialLink.positionUm[1] = 75.0;
   recordedScriptClick(virtualClockNow(), QueuedTarget::MainWindow);
   recordedQueueAnswer(Answer::Yes);
   WideView();
-  int tiles = 0;
-  for (const std::string& call : recordedDisplayCalls()) tiles += call.rfind("stretch", 0) == 0;
-  EXPECT_EQ(tiles, 1);
+  EXPECT_EQ(stretchedTiles().size(), 1u);
   EXPECT_EQ(station.stopRequested, 1);
   // 59 um fit in 100 pixels of the camera view; the tiles are a third of the size.
   EXPECT_EQ(recordedDisplayCalls().back(), "text 965,955 ffff00 177 um");
