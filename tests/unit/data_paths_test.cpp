@@ -5,13 +5,6 @@ namespace {
 
 using RunFolder = StationTest;
 
-TEST_F(RunFolder, DataFolderLiesOnTheDesktop) {
-  EXPECT_EQ(dataPaths.dataFolder, desktop_ / "Orvalin_Data");
-  EXPECT_TRUE(std::filesystem::is_directory(dataPaths.dataFolder));
-  EXPECT_EQ(dataPaths.configPath, desktop_ / "Orvalin_Data" / "Config.txt");
-  EXPECT_EQ(dataPaths.runFolderCreated, 0);
-}
-
 TEST_F(RunFolder, NamedByTheMinuteOfTheFirstSaveAndKeptForTheRun) {
   ensureRunFolder(dataPaths, 0);
   EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_14-05");

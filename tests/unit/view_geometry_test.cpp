@@ -23,9 +23,8 @@ TEST_F(ViewGeometry, ConstructedStationCoversTheWholeDisplayUntilTheFirstRecompu
   EXPECT_EQ(station.cellsY, 206);
   EXPECT_EQ(dataPaths.cellMarks.size(), 248u);
   EXPECT_EQ(dataPaths.cellMarks[247].size(), 206u);
-}
 
-TEST_F(ViewGeometry, DefaultsAtZoomOneAndMagnificationOne) {
+  // The first recompute: the defaults at zoom one and magnification one.
   EXPECT_EQ(recomputeViewGeometry(station), 104);
   EXPECT_EQ(station.zoom, 1.0);
   expectRect(station.writingAreaRect, 116, 14, 1116, 1014);
@@ -45,7 +44,6 @@ TEST_F(ViewGeometry, ZoomIsClampedBetweenMagnificationFloorAndSixZoomIns) {
   station.zoom = 0.01;
   recomputeViewGeometry(station);
   EXPECT_DOUBLE_EQ(station.zoom, std::pow(0.75, 11));
-  EXPECT_NEAR(station.zoom, 0.04224, 1e-5);
 
   station.zoom = 100.0;
   recomputeViewGeometry(station);
@@ -77,7 +75,6 @@ TEST_F(ViewGeometry, TenZoomInsStopAtTheUpperLimit) {
   EXPECT_DOUBLE_EQ(station.zoom, std::pow(4.0 / 3.0, 6));
   changeZoom(-1);
   EXPECT_DOUBLE_EQ(station.zoom, std::pow(4.0 / 3.0, 6) * 0.75);
-  EXPECT_EQ(recordedBoxText(Box::Time), "0 (2) min.");
 }
 
 TEST_F(ViewGeometry, AllShowsTheWritingAreaOnlyWithAPatternLayer) {

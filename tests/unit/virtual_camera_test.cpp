@@ -1,9 +1,9 @@
-// The virtual camera's picture follows the stage, the focus and the lamp.
+// The virtual camera's picture follows the stage and the lamp (its focus is checked
+// end to end, through the live view).
 #include "sim/virtual_camera.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -17,31 +17,10 @@ std::vector<uint8_t> render(const StationView& view) {
   return raw;
 }
 
-// Differences between horizontally neighbouring red samples: the focus measure's idea.
-long contrast(const std::vector<uint8_t>& raw) {
-  long sum = 0;
-  for (int y = 0; y < kHeight; y += 8) {
-    for (int x = 0; x + 4 < kWidth; x += 4) {
-      sum += std::abs(raw[y * kWidth + x] - raw[y * kWidth + x + 4]);
-    }
-  }
-  return sum;
-}
-
 long brightness(const std::vector<uint8_t>& raw) {
   long sum = 0;
   for (size_t i = 0; i < raw.size(); i += 97) sum += raw[i];
   return sum;
-}
-
-TEST(VirtualCamera, SharpAtTheFocusHeightAndBlurredAwayFromIt) {
-  StationView view;
-  view.lampOn = true;
-  view.zUm = kVirtualFocusZUm;
-  const long sharp = contrast(render(view));
-  view.zUm = kVirtualFocusZUm + 60.0;
-  const long blurred = contrast(render(view));
-  EXPECT_GT(sharp, 3 * blurred);
 }
 
 TEST(VirtualCamera, ThePictureMovesWithTheStageAndDimsWithoutTheLamp) {
