@@ -21,7 +21,6 @@ TEST_F(ControllerCommandsTest, SpeedsAreClampedAndStoredBeforeScaling) {
 // Micrometres become steps truncated toward zero with each axis's own factor.
 TEST_F(ControllerCommandsTest, AMoveSendsTheTargetInStepsAndLeavesThePositionToTheWait) {
   openWithSpeeds(1000, 1000, 100);
-  serialLink.upperLimit[0] = serialLink.lowerLimit[0] = 0.0;
   MoveAxisTo(serialLink, 0, -0.1);
   MoveAxisTo(serialLink, 1, 12.5);
   MoveAxisTo(serialLink, 2, -100.0);
@@ -64,24 +63,20 @@ TEST_F(ControllerCommandsTest, LaserOnAndOffSwitchThePinTheVoltageAndTheRadios) 
   EXPECT_EQ(recordedCalls().back(), "focus main");
 }
 
-TEST_F(ControllerCommandsTest, LaserRestoreReturnsToThePreviousState) {
+// Mode 2 goes back to the state before the last switch; the lamp's resends it unchanged.
+TEST_F(ControllerCommandsTest, RestoreReturnsTheLaserAndTheLampToTheirPreviousState) {
   openWithSpeeds(1000, 1000, 100);
   SwitchLaser(laser, 0);
   SwitchLaser(laser, 1);  // previous: off
   SwitchLaser(laser, 0);  // previous: on
+  SwitchIllumination(1);  // previous 0
+  SwitchIllumination(0);  // previous 1
   virtualSerialClearWritten();
   SwitchLaser(laser, 2);
   EXPECT_EQ(laser.laserOn, 1);
   EXPECT_EQ(virtualSerialBoard().pins[6], 5);
-}
-
-TEST_F(ControllerCommandsTest, IlluminationRestoreResendsWithoutChangingState) {
-  openWithSpeeds(1000, 1000, 100);
-  SwitchIllumination(1);  // previous 0
-  SwitchIllumination(0);  // previous 1
-  virtualSerialClearWritten();
   EXPECT_EQ(SwitchIllumination(2), 1);
   EXPECT_EQ(SwitchIllumination(2), 1);
-  EXPECT_THAT(sentCommands(), ElementsAre("D 7 5", "D 7 5"));
+  EXPECT_THAT(sentCommands(), ElementsAre("D 6 5", "G 5 117", "D 7 5", "D 7 5"));
   EXPECT_TRUE(hasLine("radio 3105-3106: 3105"));
 }

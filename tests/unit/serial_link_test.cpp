@@ -5,7 +5,9 @@
 
 using SerialLinkTest = LinkTest;
 
-TEST_F(SerialLinkTest, OpeningSendsTheOriginQueriesAndSpeedsEachWithItsNul) {
+TEST_F(SerialLinkTest, OpeningSendsTheOriginQueriesAndSpeedsAndReadsThePositions) {
+  virtualSerialBoard().axes[1].machineSteps = 1600;  // 1000 um
+  virtualSerialBoard().axes[2].machineSteps = -160;  // -100 um
   serialLink.speedUmPerS[0] = 1000;
   serialLink.speedUmPerS[1] = 1000;
   serialLink.speedUmPerS[2] = 100;
@@ -13,13 +15,6 @@ TEST_F(SerialLinkTest, OpeningSendsTheOriginQueriesAndSpeedsEachWithItsNul) {
   const char expected[] = "z\0p\0P\0Q\0s6400\0a32000\0S1600\0T160";  // and its own NUL
   EXPECT_EQ(virtualSerialWritten(), std::string(expected, sizeof expected));
   EXPECT_EQ(serialLink.failed, 0);
-}
-
-TEST_F(SerialLinkTest, OpeningReadsThePositionsTheBoardReports) {
-  VirtualBoard& board = virtualSerialBoard();
-  board.axes[1].machineSteps = 1600;  // 1000 um
-  board.axes[2].machineSteps = -160;  // -100 um
-  ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 0.0);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 1000.0);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -100.0);

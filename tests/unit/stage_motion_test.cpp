@@ -9,13 +9,6 @@ using StageMotionTest = LinkTest;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
-namespace {
-void clearLimitFlags() {
-  for (int axis = 0; axis < kAxisCount; ++axis)
-    serialLink.upperLimit[axis] = serialLink.lowerLimit[axis] = 0.0;
-}
-}  // namespace
-
 TEST_F(StageMotionTest, AZMoveArrivesWithinItsTimeOut) {
   openWithSpeeds(1000, 1000, 100);
   EXPECT_EQ(MoveTimeoutMs(serialLink, 2, 100.0), 3000);
@@ -98,7 +91,6 @@ TEST(XYMovePlan, MatchesTheShorterAxisSpeedToTheTravelTime) {
 
 TEST_F(StageMotionTest, MoveXYSendsMatchedSpeedsAndEndsAtTheTarget) {
   openWithSpeeds(1000, 1000, 100);
-  clearLimitFlags();
   MoveXY(100.0, 50.0, 1000);
   std::vector<std::string> sent = sentCommands();
   ASSERT_GE(sent.size(), 4u);
@@ -136,7 +128,6 @@ TEST_F(StageMotionTest, APressOnAPadEdgeStartsNoJog) {
 
 TEST_F(StageMotionTest, ThePositionBoxesAreParsedAndClamped) {
   openWithSpeeds(5000, 1000, 100);
-  clearLimitFlags();
   recordedSetBoxText(Box::PositionX, "30000");
   dispatchCommand(4003);
   EXPECT_EQ(sentCommands().front(), "m160000");

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <tuple>
+
 #include "app/feedback.h"
 #include "app/main_controls_win32.h"
 #include "app/main_window_win32.h"
@@ -93,32 +95,25 @@ TEST_F(MainWindow, RadiosAndChecksAreSetByTheProgram) {
   EXPECT_EQ(IsDlgButtonChecked(mainWindow, IDC_MARK_LAYER), BST_UNCHECKED);
   feedbackSetButtonText(IDC_START_WRITING, "Stop");
   EXPECT_EQ(textOf(mainControls.startWritingButton), "Stop");
-  feedbackSetButtonText(IDC_START_WRITING, "Start Writing");
 }
 
 TEST_F(MainWindow, ClicksAreSortedByTheWindowTheyHit) {
   HWND other = CreateWindowW(L"STATIC", L"other", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
                              GetModuleHandleW(nullptr), nullptr);
   HWND button = GetDlgItem(mainWindow, IDC_BLINK);
-  struct Case {
-    HWND window;
-    UINT message;
-    QueuedKind kind;
-    QueuedTarget target;
-  };
-  for (const Case& c :
-       {Case{displayWindow, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown,
-             QueuedTarget::DisplayWindow},
-        Case{button, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::MainWindow},
-        Case{mainWindow, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::MainWindow},
-        Case{other, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::OtherWindow},
-        Case{displayWindow, WM_RBUTTONDOWN, QueuedKind::Other, QueuedTarget::DisplayWindow}}) {
+  const std::tuple<HWND, UINT, QueuedKind, QueuedTarget> clicks[] = {
+      {displayWindow, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::DisplayWindow},
+      {button, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::MainWindow},
+      {mainWindow, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::MainWindow},
+      {other, WM_LBUTTONDOWN, QueuedKind::LeftButtonDown, QueuedTarget::OtherWindow},
+      {displayWindow, WM_RBUTTONDOWN, QueuedKind::Other, QueuedTarget::DisplayWindow}};
+  for (const auto& [window, message, kind, target] : clicks) {
     pumpPendingMessages();
-    PostMessageW(c.window, c.message, 0, 0);
+    PostMessageW(window, message, 0, 0);
     QueuedMessage taken = {};
     ASSERT_TRUE(feedbackTakeMessage(taken));
-    EXPECT_EQ(taken.kind, c.kind);
-    EXPECT_EQ(taken.target, c.target);
+    EXPECT_EQ(taken.kind, kind);
+    EXPECT_EQ(taken.target, target);
   }
   QueuedMessage none = {};
   pumpPendingMessages();
