@@ -1,8 +1,6 @@
 // The main window's own commands as the operator meets them: the live view switch, the
 // "Blink" button and its box, the check boxes, the menu entries that do nothing, and the
 // first states after the window is created.
-#include <tuple>
-
 #include "app/command_dispatch.h"
 #include "app/live_view_control.h"
 #include "app/shell_commands.h"
@@ -62,19 +60,16 @@ TEST_F(MainCommands, OneFrameUnknownModesAndQueriesLeaveTheTimerAlone) {
   EXPECT_EQ(setLiveView(4), 1);
 }
 
-// Typed text that does not parse keeps the duration before it.
+// The box shows the duration used; text that does not parse keeps the one before it.
 TEST_F(MainCommands, BlinkClampsTheDurationShowsItAndSwitchesTheLaserBackOff) {
-  const std::tuple<const char*, uint64_t, const char*> typed[] = {{"0", 1, "1"},
-                                                                  {"99999", 5000, "5000"},
-                                                                  {"250", 250, "250"},
-                                                                  {"abc", 250, "250"},
-                                                                  {"-7", 1, "1"}};
-  for (const auto& [text, ms, shown] : typed) {
+  const std::pair<const char*, uint64_t> typed[] = {
+      {"0", 1}, {"99999", 5000}, {"250", 250}, {"abc", 250}, {"-7", 1}};
+  for (const auto& [text, ms] : typed) {
     recordedSetBoxText(Box::Blink, text);
     const uint64_t startMs = virtualClockNow();
     dispatchCommand(IDC_BLINK);
     EXPECT_EQ(blinkMs, static_cast<int>(ms)) << text;
-    EXPECT_EQ(recordedBoxText(Box::Blink), shown);
+    EXPECT_EQ(recordedBoxText(Box::Blink), std::to_string(ms));
     EXPECT_GE(virtualClockNow() - startMs, ms);
     EXPECT_LE(virtualClockNow() - startMs, ms + 20);
     EXPECT_EQ(laser.laserOn, 0);

@@ -6,19 +6,15 @@
 
 namespace {
 
-void expectRect(const IntRect& rect, int left, int top, int right, int bottom) {
-  EXPECT_EQ(rect.left, left);
-  EXPECT_EQ(rect.top, top);
-  EXPECT_EQ(rect.right, right);
-  EXPECT_EQ(rect.bottom, bottom);
-}
+using Corners = std::vector<int>;
+Corners corners(const IntRect& r) { return {r.left, r.top, r.right, r.bottom}; }
 
 using ViewGeometry = StationTest;
 
 TEST_F(ViewGeometry, ConstructedStationCoversTheWholeDisplayUntilTheFirstRecompute) {
-  expectRect(station.writingAreaRect, 0, 0, 1232, 1028);
-  expectRect(station.cameraRect, 0, 0, 1232, 1028);
-  expectRect(station.scaledAreaRect, 116, 14, 1116, 1014);
+  EXPECT_EQ(corners(station.writingAreaRect), (Corners{0, 0, 1232, 1028}));
+  EXPECT_EQ(corners(station.cameraRect), (Corners{0, 0, 1232, 1028}));
+  EXPECT_EQ(corners(station.scaledAreaRect), (Corners{116, 14, 1116, 1014}));
   EXPECT_EQ(station.cellsX, 248);
   EXPECT_EQ(station.cellsY, 206);
   EXPECT_EQ(dataPaths.cellMarks.size(), 248u);
@@ -27,10 +23,10 @@ TEST_F(ViewGeometry, ConstructedStationCoversTheWholeDisplayUntilTheFirstRecompu
   // The first recompute: the defaults at zoom one and magnification one.
   EXPECT_EQ(recomputeViewGeometry(station), 104);
   EXPECT_EQ(station.zoom, 1.0);
-  expectRect(station.writingAreaRect, 116, 14, 1116, 1014);
-  expectRect(station.scaledAreaRect, 116, 14, 1116, 1014);
+  EXPECT_EQ(corners(station.writingAreaRect), (Corners{116, 14, 1116, 1014}));
+  EXPECT_EQ(corners(station.scaledAreaRect), (Corners{116, 14, 1116, 1014}));
   EXPECT_NEAR(station.cameraScale, 0.5982142857, 1e-9);
-  expectRect(station.cameraRect, 247, 206, 984, 821);
+  EXPECT_EQ(corners(station.cameraRect), (Corners{247, 206, 984, 821}));
   EXPECT_EQ(station.cellPixels, 1);
   EXPECT_EQ(station.cellCount, 51088);
   EXPECT_EQ(station.previewScale, 1);
@@ -54,7 +50,7 @@ TEST_F(ViewGeometry, CameraViewFillsTheDisplay) {
   station.zoom = station.zoomReset;
   recomputeViewGeometry(station);
   EXPECT_DOUBLE_EQ(station.cameraScale, 1.0);
-  expectRect(station.cameraRect, 0, 0, 1232, 1028);
+  EXPECT_EQ(corners(station.cameraRect), (Corners{0, 0, 1232, 1028}));
 }
 
 TEST_F(ViewGeometry, CellPitchSetsPixelsPerCellAndCounts) {
@@ -84,7 +80,7 @@ TEST_F(ViewGeometry, AllShowsTheWritingAreaOnlyWithAPatternLayer) {
   markShown = 1;
   changeZoom(10);
   EXPECT_EQ(station.zoom, 0.5);
-  expectRect(station.scaledAreaRect, 116, 14, 1116, 1014);
+  EXPECT_EQ(corners(station.scaledAreaRect), (Corners{116, 14, 1116, 1014}));
   changeZoom(7);
   EXPECT_EQ(station.zoom, 0.5);
 }
