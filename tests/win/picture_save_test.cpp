@@ -18,17 +18,10 @@ using std::min;
 
 namespace {
 
-class GdiplusSession : public ::testing::Test {
- protected:
-  void SetUp() override {
-    Gdiplus::GdiplusStartupInput input;
-    ASSERT_EQ(Gdiplus::GdiplusStartup(&token, &input, nullptr), Gdiplus::Ok);
-  }
-  void TearDown() override { Gdiplus::GdiplusShutdown(token); }
+TEST(PictureSave, APictureSavedAsJpgNameHoldsPngData) {
+  Gdiplus::GdiplusStartupInput input;
   ULONG_PTR token = 0;
-};
-
-TEST_F(GdiplusSession, APictureSavedAsJpgNameHoldsPngData) {
+  ASSERT_EQ(Gdiplus::GdiplusStartup(&token, &input, nullptr), Gdiplus::Ok);
   const std::filesystem::path file = std::filesystem::temp_directory_path() / "optic(0).jpg";
   std::filesystem::remove(file);
   std::vector<uint8_t> pixels(1232 * 1028 * 4, 0x80);
@@ -38,6 +31,7 @@ TEST_F(GdiplusSession, APictureSavedAsJpgNameHoldsPngData) {
   ASSERT_TRUE(canvasSetPixels(canvas, pixels.data(), 1232, 1028));
   EXPECT_TRUE(canvasSavePng(canvas, file));
   canvasFree(canvas);
+  Gdiplus::GdiplusShutdown(token);
 
   std::ifstream in(file, std::ios::binary);
   char signature[8] = {};
