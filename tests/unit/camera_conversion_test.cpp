@@ -68,8 +68,7 @@ TEST_F(Conversion, LastRawRowPairIsClampedToOneRepeatedCell) {
 using TestPattern = CameraTest;
 
 TEST_F(TestPattern, ShiftsByOneBytePerFailedGrabAndWrapsAt100WithTheLaserOn) {
-  std::vector<uint8_t> first(camera.frameBytes);
-  std::vector<uint8_t> second(camera.frameBytes);
+  std::vector<uint8_t> first(camera.frameBytes), second(camera.frameBytes);
   grabFailureCount = 7;
   FillTestPattern(camera, first.data());
   grabFailureCount = 8;

@@ -33,14 +33,13 @@ TEST_F(Setup, AutomaticModeSelectsBayerAndLetsTheCameraAdjust) {
   testing::internal::CaptureStdout();
   CameraSetup(camera, 1);
   const std::string report = testing::internal::GetCapturedStdout();
-  const Lines autoStart = {"set OffsetX 0",           "set OffsetY 0",
-                           "set Width 2464",          "set Height 2056",
-                           "auto region whole image", "set AutoTargetBrightness 0.3"};
+  // The whole sensor becomes the auto region before each automatic function is switched on.
   Lines expected = {"start grabbing 1", "open", "stop grabbing", "set PixelFormat 32"};
-  expected.insert(expected.end(), autoStart.begin(), autoStart.end());
-  expected.push_back("set GainAuto Continuous");
-  expected.insert(expected.end(), autoStart.begin(), autoStart.end());
-  expected.push_back("set ExposureAuto Continuous");
+  for (const char* automatic : {"set GainAuto Continuous", "set ExposureAuto Continuous"}) {
+    expected.insert(expected.end(),
+                    {"set OffsetX 0", "set OffsetY 0", "set Width 2464", "set Height 2056",
+                     "auto region whole image", "set AutoTargetBrightness 0.3", automatic});
+  }
   expected.push_back("set MaxNumBuffer 10");
   EXPECT_EQ(virtualCameraLog(), expected);
   EXPECT_EQ(recordedBoxText(Box::CameraStatus), "Camera Auto Gain Control");

@@ -3,14 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <initializer_list>
+#include <string>
 
 namespace {
 
 struct Board {
   VirtualBoard b;
   Board() { boardReset(b); }
-  void send(const char* command, uint64_t atMs) {
-    boardReceive(b, command, std::strlen(command) + 1, atMs);
+  void send(std::initializer_list<const char*> commands, uint64_t atMs) {
+    for (const char* command : commands) boardReceive(b, command, std::strlen(command) + 1, atMs);
   }
   std::string read(uint64_t atMs) {
     boardAdvance(b, atMs);
@@ -23,52 +25,43 @@ struct Board {
 
 TEST(VirtualBoard, AMoveRampsCruisesAndReportsItsEnd) {
   Board board;
-  board.send("T160", 0);
-  board.send("b1600", 0);  // 0.1 s ramps at 160 steps/s
-  board.send("L320", 0);   // 2.0 s at speed plus one ramp time: 2.1 s
+  // 0.1 s ramps at 160 steps/s; 2.0 s at speed plus one ramp time: 2.1 s.
+  board.send({"T160", "b1600", "L320"}, 0);
   EXPECT_EQ(board.b.axes[2].durationMs, 2100.0);
   EXPECT_EQ(boardAxisSteps(board.b, 2, 50), 2);      // 0.5 x 1600 x 0.05^2
   EXPECT_EQ(boardAxisSteps(board.b, 2, 1050), 160);  // half way
   EXPECT_EQ(board.read(2099), "");
   EXPECT_EQ(board.read(2100), "Z\r\n");
-  board.send("Q", 2200);
+  board.send({"Q"}, 2200);
   EXPECT_EQ(board.read(2200), "q320\r\n");
 }
 
 TEST(VirtualBoard, ALimitSwitchStopsTheMoveAndMarksTheReport) {
   Board board;
   board.b.axes[0].maxMachineSteps = 640;
-  board.send("m6400", 0);
-  std::string report = board.read(60000);
-  EXPECT_EQ(report, "Xl\r\n");
+  board.send({"m6400"}, 0);
+  EXPECT_EQ(board.read(60000), "Xl\r\n");
   EXPECT_EQ(boardAxisSteps(board.b, 0, 60000), 640);
 }
 
 TEST(VirtualBoard, ZeroAndStopWorkOnTheRunningAxis) {
   Board board;
-  board.send("S160", 0);
-  board.send("M1600", 0);  // 10 s
-  board.send("N", 5000);
+  board.send({"S160", "M1600"}, 0);  // 10 s
+  board.send({"N"}, 5000);
   int64_t stoppedAt = boardAxisSteps(board.b, 1, 5000);
   EXPECT_GT(stoppedAt, 700);
   EXPECT_LT(stoppedAt, 900);
   EXPECT_EQ(board.read(20000), "Y\r\n");  // reported where it stopped, once
-  board.send("Z", 20000);
-  board.send("P", 20000);
+  board.send({"Z", "P"}, 20000);
   EXPECT_EQ(board.read(20000), "P0\r\n");
   EXPECT_DOUBLE_EQ(boardAxisUm(board.b, 1, 20000), stoppedAt / 1.6);
 }
 
 TEST(VirtualBoard, KeepsOutputsAndLogsTheExposedPath) {
   Board board;
-  board.send("G 5 127", 0);
-  board.send("D 6 5", 0);
-  board.send("s6400", 0);
-  board.send("a1000000", 0);
-  board.send("m6400", 0);  // 1000 um along X
+  board.send({"G 5 127", "D 6 5", "s6400", "a1000000", "m6400"}, 0);  // 1000 um along X
   board.read(2000);
-  board.send("D 6 0", 2000);
-  board.send("m0", 2000);
+  board.send({"D 6 0", "m0"}, 2000);
   board.read(4000);
   EXPECT_EQ(boardPin(board.b, 6), 0);
   EXPECT_EQ(boardPwm(board.b, 5), 127);
@@ -82,16 +75,15 @@ TEST(VirtualBoard, KeepsOutputsAndLogsTheExposedPath) {
 TEST(VirtualBoard, FaultsDropGarbleSilenceAndHangUp) {
   Board board;
   board.b.faults.dropEveryNthReply = 2;
-  board.send("p", 0);
-  board.send("p", 0);
+  board.send({"p", "p"}, 0);
   EXPECT_EQ(board.read(0), "p0\r\n");
   board.b.faults = {};
   board.b.faults.garbage = true;
-  board.send("p", 0);
+  board.send({"p"}, 0);
   EXPECT_EQ(board.read(0), "\xfe%&p0\r\n");
   board.b.faults = {};
   board.b.faults.silent = true;
-  board.send("p", 0);
+  board.send({"p"}, 0);
   EXPECT_EQ(board.read(0), "");
   board.b.faults = {};
   board.b.faults.hangUpAfterCommands = static_cast<int>(board.b.commands.size()) + 1;
