@@ -51,7 +51,9 @@ Answer feedbackMessageBox(const std::string& text, const std::string& title, Mes
                           bool ownedByMainWindow = true);
 
 // The message queue as the responsive wait sees it.
-enum class QueuedKind { LeftButtonDown, Other };
+// Quit: the program is ending (its main window is gone); the quit itself stays queued
+// for the message loop.
+enum class QueuedKind { LeftButtonDown, Quit, Other };
 enum class QueuedTarget { DisplayWindow, MainWindow, OtherWindow };
 struct QueuedMessage {
   QueuedKind kind;

@@ -120,9 +120,10 @@ bool feedbackTakeMessage(QueuedMessage& message) {
   if (!PeekMessageW(&takenMessage, nullptr, 0, 0, PM_REMOVE)) return false;
   if (takenMessage.message == WM_QUIT) {
     // Left for the message loop, which ends the program once the running operation
-    // returns; the wait meanwhile sees an empty queue and runs out its time.
+    // has stopped.
     PostQuitMessage(static_cast<int>(takenMessage.wParam));
-    return false;
+    message = {QueuedKind::Quit, QueuedTarget::OtherWindow};
+    return true;
   }
   message.kind =
       takenMessage.message == WM_LBUTTONDOWN ? QueuedKind::LeftButtonDown : QueuedKind::Other;

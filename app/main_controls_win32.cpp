@@ -11,7 +11,7 @@ namespace {
 
 enum class Kind { Push, Plain, PlainBordered, Radio, Check, Box, ReadOnlyBox, StatusBox, Label };
 
-struct ControlSpec {
+struct ControlLayout {
   Kind kind;
   int id;  // 0: no function
   const WCHAR* caption;
@@ -45,15 +45,15 @@ const WCHAR* classOf(Kind kind) {
   }
 }
 
-void createControls(HWND window, const ControlSpec* specs, size_t count) {
+void createControls(HWND window, const ControlLayout* layouts, size_t count) {
   HINSTANCE instance = reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(window, GWLP_HINSTANCE));
   for (size_t i = 0; i < count; ++i) {
-    const ControlSpec& spec = specs[i];
+    const ControlLayout& layout = layouts[i];
     HWND control =
-        CreateWindowW(classOf(spec.kind), spec.caption, styleOf(spec.kind), spec.x, spec.y,
-                      spec.width, spec.height, window,
-                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(spec.id)), instance, nullptr);
-    if (spec.handle != nullptr) *spec.handle = control;
+        CreateWindowW(classOf(layout.kind), layout.caption, styleOf(layout.kind), layout.x,
+                      layout.y, layout.width, layout.height, window,
+                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(layout.id)), instance, nullptr);
+    if (layout.handle != nullptr) *layout.handle = control;
   }
 }
 
@@ -118,7 +118,7 @@ void installBoxKeys() {
 
 void createMainControls(HWND window) {
   MainControlHandles& h = mainControls;
-  const ControlSpec specs[] = {
+  const ControlLayout layouts[] = {
       {Kind::Push, IDC_CAMERA_CAPTURE, L"Camera Capture", 1262, 10, 110, 40, nullptr},
       {Kind::Push, IDC_WIDE_VIEW, L"Wide View", 1377, 10, 70, 40, nullptr},
       {Kind::Label, 0, L"Video", 1262, 60, 40, 20, nullptr},
@@ -174,14 +174,14 @@ void createMainControls(HWND window) {
       {Kind::Label, 0, L"Dy", 1322, 1030, 30, 20, nullptr},
       {Kind::Box, IDC_DY_BOX, L"", 1362, 1030, 30, 20, &h.dyBox},
   };
-  createControls(window, specs, sizeof specs / sizeof specs[0]);
+  createControls(window, layouts, sizeof layouts / sizeof layouts[0]);
   installBoxKeys();
 }
 
 void createLaserControls(const LaserOutput& laser, HWND window) {
   WCHAR voltage[100];
   std::swprintf(voltage, 100, L"%.2lf", laser.laserVoltage);
-  const ControlSpec specs[] = {
+  const ControlLayout layouts[] = {
       {Kind::Label, 0, L"laser", 1262, 122, 40, 20, nullptr},
       {Kind::ReadOnlyBox, 0, voltage, 1307, 122, 33, 20, &mainControls.laserVoltageBox},
       {Kind::Label, 0, L"V", 1344, 122, 10, 20, nullptr},
@@ -191,5 +191,5 @@ void createLaserControls(const LaserOutput& laser, HWND window) {
       {Kind::Radio, IDC_ILLUMINATION_ON, L"On", 1332, 145, 40, 20, nullptr},
       {Kind::Radio, IDC_ILLUMINATION_OFF, L"Off", 1382, 145, 40, 20, nullptr},
   };
-  createControls(window, specs, sizeof specs / sizeof specs[0]);
+  createControls(window, layouts, sizeof layouts / sizeof layouts[0]);
 }

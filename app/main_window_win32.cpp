@@ -69,9 +69,17 @@ void onKeyDown(HWND, UINT virtualKey, BOOL, int, UINT) {
   onMainKeyDown(static_cast<int>(virtualKey));
 }
 
-void onLeftButtonDown(HWND, BOOL, int x, int y, UINT) { onMainLeftButtonDown(x, y); }
+// The main window keeps the mouse while the button is down, so a jog-pad press ends
+// even when the button is let go outside the window.
+void onLeftButtonDown(HWND window, BOOL, int x, int y, UINT) {
+  SetCapture(window);
+  onMainLeftButtonDown(x, y);
+}
 
-void onLeftButtonUp(HWND, int, int, UINT) { onMainLeftButtonUp(); }
+void onLeftButtonUp(HWND, int, int, UINT) {
+  ReleaseCapture();
+  onMainLeftButtonUp();
+}
 
 void onTimer(HWND, UINT timerId) { onMainTimer(static_cast<int>(timerId)); }
 
@@ -88,8 +96,11 @@ LRESULT CALLBACK mainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     HANDLE_MSG(window, WM_KEYDOWN, onKeyDown);
     HANDLE_MSG(window, WM_LBUTTONDOWN, onLeftButtonDown);
     HANDLE_MSG(window, WM_LBUTTONUP, onLeftButtonUp);
-    HANDLE_MSG(window, WM_TIMER, onTimer);
-    HANDLE_MSG(window, WM_DESTROY, onDestroy);
+    case WM_CAPTURECHANGED:  // the mouse was taken away mid-press: end the jog
+      onMainLeftButtonUp();
+      return 0;
+      HANDLE_MSG(window, WM_TIMER, onTimer);
+      HANDLE_MSG(window, WM_DESTROY, onDestroy);
     default: return DefWindowProcW(window, message, wParam, lParam);
   }
 }

@@ -30,6 +30,12 @@ int waitResponsive(int milliseconds) {
       }
       continue;
     }
+    // The window was closed during the operation: end it as a confirmed stop, so that
+    // the program does not run on without a window until the operation is done.
+    if (message.kind == QueuedKind::Quit) {
+      station.stopRequested = 1;
+      return 0;
+    }
     const bool click = message.kind == QueuedKind::LeftButtonDown;
     // Focusing asks the same question as writing.
     if (click && (writingActive == 1 || station.focusingActive == 1)) {

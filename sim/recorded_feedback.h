@@ -16,6 +16,8 @@ std::string recordedBoxText(Box box);
 void recordedSetBoxText(Box box, const std::string& text);  // as if the operator typed it
 // A left click on a window, taken from the queue once the virtual clock reaches atMs.
 void recordedScriptClick(uint64_t atMs, QueuedTarget target);
+// The main window closing (WM_QUIT in the queue) once the virtual clock reaches atMs.
+void recordedScriptQuit(uint64_t atMs);
 // The answer to the next Yes/No question (questions with nothing queued get No).
 void recordedQueueAnswer(Answer answer);
 // How many scripted clicks were dispatched (let through) rather than consumed.

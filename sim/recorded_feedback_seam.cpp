@@ -11,6 +11,7 @@ namespace {
 struct ScriptedClick {
   uint64_t atMs;
   QueuedTarget target;
+  QueuedKind kind;
 };
 
 std::vector<std::string> calls;
@@ -68,7 +69,13 @@ std::string recordedBoxText(Box box) {
 
 void recordedSetBoxText(Box box, const std::string& text) { boxTexts[box] = text; }
 
-void recordedScriptClick(uint64_t atMs, QueuedTarget target) { clicks.push_back({atMs, target}); }
+void recordedScriptClick(uint64_t atMs, QueuedTarget target) {
+  clicks.push_back({atMs, target, QueuedKind::LeftButtonDown});
+}
+
+void recordedScriptQuit(uint64_t atMs) {
+  clicks.push_back({atMs, QueuedTarget::OtherWindow, QueuedKind::Quit});
+}
 
 void recordedQueueAnswer(Answer answer) { answers.push_back(answer); }
 
@@ -129,8 +136,10 @@ Answer feedbackMessageBox(const std::string& text, const std::string& title, Mes
 
 bool feedbackTakeMessage(QueuedMessage& message) {
   if (clicks.empty() || clicks.front().atMs > systemTickMs()) return false;
-  message = {QueuedKind::LeftButtonDown, clicks.front().target};
-  calls.push_back(std::string("click ") + targetName(clicks.front().target));
+  message = {clicks.front().kind, clicks.front().target};
+  calls.push_back(message.kind == QueuedKind::Quit
+                      ? std::string("quit")
+                      : std::string("click ") + targetName(clicks.front().target));
   clicks.pop_front();
   return true;
 }

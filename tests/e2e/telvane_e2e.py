@@ -143,6 +143,18 @@ class WineSession:
         subprocess.run(["xdotool", "mousemove", str(screen_x), str(screen_y), "click", "1"],
                        env=self.env, check=True)
 
+    def press_keys(self, title, *keys):
+        """Real key presses on the window, after giving it the keyboard focus."""
+        subprocess.run(["xdotool", "search", "--name", "^%s$" % title, "windowfocus", "--sync",
+                        "key", "--delay", "200", *keys], env=self.env, check=True)
+
+    def box_text(self, title, rect):
+        """The text of the child window at client rectangle rect (x, y, width, height)."""
+        for child in self.controls(title)["children"]:
+            if child["rect"] == list(rect):
+                return child["caption"]
+        raise AssertionError("no control at %r" % (rect,))
+
     def screenshot(self, name, folder=ARTIFACTS):
         os.makedirs(folder, exist_ok=True)
         path = os.path.join(folder, name + ".png")

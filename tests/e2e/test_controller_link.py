@@ -1,7 +1,7 @@
 """telvane.exe under Wine talking to telvane-board-sim through COM3 (a Wine dosdevices
 symlink to the board's pseudo-terminal), as the station's PC talks to its board: the
-start-up opens the port twice with the exact command bytes, the laser switch reaches the
-board, closing the program switches the outputs off, and a board that never answers
+start-up opens the port twice with the exact command bytes, the laser switch and the
+arrow-key jog reach the board, closing the program switches the outputs off, and a board that never answers
 delays start-up only by the read time-outs."""
 import os
 import subprocess
@@ -15,6 +15,7 @@ from telvane_e2e import BIN, WineSession  # noqa: E402
 TITLE = "Telvane"
 OPEN_SEQUENCE = ["z", "p", "P", "Q", "s6", "a32000", "S1", "T1"]
 LASER_ON_RADIO = (1362 + 10, 122 + 10)
+Y_POSITION_BOX = (1327, 230, 50, 20)
 
 
 class Board:
@@ -61,9 +62,17 @@ class ControllerLinkUnderWine(unittest.TestCase):
                 session.click_client(TITLE, *LASER_ON_RADIO)
                 board.wait_for(["D 6 5", "G 5 117"])
 
+                # The Up arrow jogs Y by +500 um: 800 steps, shown once the board reports.
+                session.press_keys(TITLE, "Up")
+                deadline = time.monotonic() + 30
+                while session.box_text(TITLE, Y_POSITION_BOX) != "500":
+                    self.assertLess(time.monotonic(), deadline, "the Y box never showed 500")
+                    time.sleep(0.5)
+                self.assertIn("M800", board.commands())
+
                 session.inspect("close", TITLE)
                 self.assertEqual(session.wait_exit(), 0)
-                board.wait_for(["D 6 5", "G 5 117", "D 6 0", "G 5 0", "D 7 0"])
+                board.wait_for(["D 6 0", "G 5 0", "D 7 0"])
                 self.assertIn('"D 7 0" was sent.', session.output())
             finally:
                 board.stop()

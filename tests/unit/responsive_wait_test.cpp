@@ -38,6 +38,13 @@ TEST_F(ResponsiveWait, DeclinedStopLetsTheClickActAndTheWaitRunsOut) {
   EXPECT_EQ(recordedDispatchedClicks(), 1);
 }
 
+TEST_F(ResponsiveWait, ClosingTheWindowDuringAMoveWaitStopsTheOperation) {
+  recordedScriptQuit(1'000'030);
+  EXPECT_EQ(waitResponsive(1'000'000), 0);
+  EXPECT_EQ(station.stopRequested, 1);
+  EXPECT_LT(virtualClockNow(), 1'000'100u);
+}
+
 TEST_F(ResponsiveWait, IdleClickOnTheMainWindowActsButOnTheDisplayStopsTheMotors) {
   recordedScriptClick(1'000'010, QueuedTarget::MainWindow);
   recordedScriptClick(1'000'020, QueuedTarget::DisplayWindow);

@@ -121,7 +121,8 @@ TEST_F(MainWindow, ClicksAreSortedByTheWindowTheyHit) {
 TEST_F(MainWindow, AQuitTakenDuringAWaitIsLeftForTheMessageLoop) {
   PostQuitMessage(3);
   QueuedMessage taken = {};
-  EXPECT_FALSE(feedbackTakeMessage(taken));
+  ASSERT_TRUE(feedbackTakeMessage(taken));
+  EXPECT_EQ(taken.kind, QueuedKind::Quit);
   MSG message;
   ASSERT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
   EXPECT_EQ(message.wParam, 3u);
