@@ -6,6 +6,14 @@
 #include <algorithm>
 #include <cstring>
 
+// SSE2 is part of every x86-64 processor; other processors take the plain loop.
+#if defined(__SSE2__) || defined(_M_X64)
+#define TELVANE_SSE2 1
+#include <emmintrin.h>
+#else
+#define TELVANE_SSE2 0
+#endif
+
 #include "app/station.h"
 #include "camera/Basler_camera.h"
 
@@ -26,11 +34,11 @@ inline CellBytes readCell(const uint8_t* raw, int32_t source, int32_t width, boo
 }
 
 // One row pair into one display row, four bytes at a time: the reserved byte is read and
-// put back unchanged, which lets the compiler vectorise the loop.
-void convertRow(const uint8_t* top, const uint8_t* bottom, uint8_t* out, int32_t pixels,
-                bool blueAlone) {
+// put back unchanged.
+void convertRowTail(const uint8_t* top, const uint8_t* bottom, uint8_t* out, int32_t first,
+                    int32_t pixels, bool blueAlone) {
   const uint32_t keepGreenRed = blueAlone ? 0u : 0xFFFFFFFFu;
-  for (int32_t p = 0; p < pixels; ++p) {
+  for (int32_t p = first; p < pixels; ++p) {
     uint16_t topPair, bottomPair;
     uint32_t pixel;
     std::memcpy(&topPair, top + 2 * p, 2);
@@ -46,6 +54,42 @@ void convertRow(const uint8_t* top, const uint8_t* bottom, uint8_t* out, int32_t
     std::memcpy(out + 4 * p, &pixel, 4);
   }
 }
+
+#if TELVANE_SSE2
+// Eight pixels a step in 16-bit lanes: the live view converts five frames a second on the
+// user-interface thread, so this keeps the conversion near the speed of a plain copy.
+void convertRow(const uint8_t* top, const uint8_t* bottom, uint8_t* out, int32_t pixels,
+                bool blueAlone) {
+  const __m128i lowBytes = _mm_set1_epi16(0x00FF);
+  const __m128i keepGreenRed = blueAlone ? _mm_setzero_si128() : _mm_set1_epi16(-1);
+  const __m128i reservedByte = _mm_set1_epi32(static_cast<int>(0xFF000000u));
+  int32_t p = 0;
+  for (; p + 8 <= pixels; p += 8) {
+    const __m128i topPairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + 2 * p));
+    const __m128i bottomPairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bottom + 2 * p));
+    const __m128i red = _mm_and_si128(_mm_and_si128(topPairs, lowBytes), keepGreenRed);
+    const __m128i greenB = _mm_srli_epi16(topPairs, 8);
+    const __m128i greenA = _mm_and_si128(bottomPairs, lowBytes);
+    const __m128i blue = _mm_srli_epi16(bottomPairs, 8);
+    const __m128i green =
+        _mm_and_si128(_mm_srli_epi16(_mm_add_epi16(greenA, greenB), 1), keepGreenRed);
+    const __m128i blueGreen = _mm_or_si128(blue, _mm_slli_epi16(green, 8));
+    __m128i* target = reinterpret_cast<__m128i*>(out + 4 * p);
+    const __m128i firstFour = _mm_unpacklo_epi16(blueGreen, red);
+    const __m128i lastFour = _mm_unpackhi_epi16(blueGreen, red);
+    _mm_storeu_si128(target,
+                     _mm_or_si128(firstFour, _mm_and_si128(_mm_loadu_si128(target), reservedByte)));
+    _mm_storeu_si128(target + 1, _mm_or_si128(lastFour, _mm_and_si128(_mm_loadu_si128(target + 1),
+                                                                      reservedByte)));
+  }
+  convertRowTail(top, bottom, out, p, pixels, blueAlone);
+}
+#else
+void convertRow(const uint8_t* top, const uint8_t* bottom, uint8_t* out, int32_t pixels,
+                bool blueAlone) {
+  convertRowTail(top, bottom, out, 0, pixels, blueAlone);
+}
+#endif
 
 inline void writePixel(uint8_t* target, int32_t index, const CellBytes& cell) {
   target[index + 2] = static_cast<uint8_t>(cell.red);

@@ -47,6 +47,21 @@ TEST_F(Conversion, LastDisplayColumnComesFromRawColumns2462And2463) {
   EXPECT_EQ(bgr(1026, 1231), (Bgr{80, 65, 50}));
 }
 
+// Every cell of a noisy frame against the per-cell rule, so that no lane of the wide loop
+// can mix up its samples.
+TEST_F(Conversion, EveryCellOfANoisyFrameFollowsTheCellRule) {
+  for (size_t i = 0; i < raw.size(); ++i) raw[i] = static_cast<uint8_t>((i * 2654435761u) >> 13);
+  ConvertBayerToDisplay(camera, raw.data(), target.data());
+  for (int y = 0; y < 2054; y += 2) {
+    for (int x = 0; x < kWidth; x += 2) {
+      const int i = y * kWidth + x;
+      const Bgr expected = {raw[i + kWidth + 1], (raw[i + kWidth] + raw[i + 1]) >> 1, raw[i]};
+      ASSERT_EQ(bgr(1027 - y / 2, x / 2), expected) << "raw row " << y << ", column " << x;
+      ASSERT_EQ(target[(1027 - y / 2) * kRowBytes + 2 * x + 3], 0xAB);
+    }
+  }
+}
+
 TEST_F(Conversion, BlueOnlyKeepsTheBottomRightSampleAndZeroesTheRest) {
   setCell(0, 10, 20, 30, 40);
   blueOnly = 1;
