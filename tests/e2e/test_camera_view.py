@@ -8,8 +8,9 @@ import subprocess
 import sys
 import time
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from telvane_e2e import WineSession  # noqa: E402
+SCRIPTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts")
+sys.path.insert(0, SCRIPTS)
+from wine_session import WineSession  # noqa: E402
 
 SAVE_IMAGE = 32804
 VIDEO_ON = 2112

@@ -6,8 +6,9 @@ import os
 import sys
 import unittest
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from telvane_e2e import WineSession  # noqa: E402
+SCRIPTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts")
+sys.path.insert(0, SCRIPTS)
+from wine_session import WineSession  # noqa: E402
 
 TITLE = "Telvane"
 BS_TYPE_MASK = 0x0F

@@ -15,7 +15,7 @@ import subprocess
 import tempfile
 import time
 
-ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BIN = os.environ.get("TELVANE_BIN", os.path.join(ROOT, "build", "bin"))
 ARTIFACTS = os.path.join(ROOT, "build", "e2e-artifacts")
 BASE_PREFIX = os.path.join(ROOT, "build", "wine", "e2e-base")
