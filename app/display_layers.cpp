@@ -1,4 +1,4 @@
-// Placeholder until the camera and pattern layers land.
+// Nothing to redraw yet: the mask, mark and line layers arrive with pattern preparation.
 #include "app/display_layers.h"
 
 void redrawDisplayLayers() {}
