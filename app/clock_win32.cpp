@@ -1,6 +1,6 @@
 // The clock seam on Windows.
-#include <windows.h>
 #include <shlobj.h>
+#include <windows.h>
 
 #include "app/system_services.h"
 

@@ -1,7 +1,6 @@
 // The command switch of the main window: one case per id, one named handler per case.
 #include "app/command_dispatch.h"
 
-#include "app/layers.h"
 #include "app/live_view_control.h"
 #include "app/responsive_wait.h"
 #include "app/shell_commands.h"
@@ -11,6 +10,8 @@
 #include "camera/live_view.h"
 #include "link/jog_pad.h"
 #include "link/stage_commands.h"
+#include "pattern/line_pattern.h"
+#include "pattern/pattern_stores.h"
 #include "resources/resource.h"
 
 void dispatchCommand(int id) {
@@ -23,9 +24,9 @@ void dispatchCommand(int id) {
     case IDC_VIDEO_OFF: setLiveView(0); break;
     case IDC_BLINK: blinkLaser(); break;
     case IDC_CENTER_WRITING_ONLY: toggleCheckBox(centerWritingOnly, IDC_CENTER_WRITING_ONLY); break;
-    case IDC_MASK_LAYER: toggleCheckBox(maskShown, IDC_MASK_LAYER); break;
-    case IDC_LINES_LAYER: toggleCheckBox(linesShown, IDC_LINES_LAYER); break;
-    case IDC_MARK_LAYER: toggleCheckBox(markShown, IDC_MARK_LAYER); break;
+    case IDC_MASK_LAYER: toggleCheckBox(maskImage.valid, IDC_MASK_LAYER); break;
+    case IDC_LINES_LAYER: toggleCheckBox(linesEnabled, IDC_LINES_LAYER); break;
+    case IDC_MARK_LAYER: toggleCheckBox(alignmentMarkImage.valid, IDC_MARK_LAYER); break;
     case IDC_POSITION_READ: onReadPositionCommand(); break;
     case IDC_STEP_PLUS: onStepPlusCommand(); break;
     case IDC_STEP_MINUS: onStepMinusCommand(); break;

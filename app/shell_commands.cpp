@@ -6,7 +6,6 @@
 #include <string>
 
 #include "app/feedback.h"
-#include "app/layers.h"
 #include "app/responsive_wait.h"
 #include "app/station.h"
 #include "app/status_display.h"
@@ -14,6 +13,8 @@
 #include "camera/Basler_camera.h"
 #include "camera/camera_commands.h"
 #include "link/controller_commands.h"
+#include "pattern/line_pattern.h"
+#include "pattern/pattern_stores.h"
 #include "resources/resource.h"
 
 int blinkMs = 500;
@@ -57,9 +58,9 @@ void toggleCheckBox(int& flag, int controlId) {
 void showFirstStates() {
   feedbackCheckRadio(IDC_MOUNT, IDC_WAFER, IDC_MOUNT);
   feedbackSetCheck(IDC_CENTER_WRITING_ONLY, centerWritingOnly != 0);
-  feedbackSetCheck(IDC_MASK_LAYER, maskShown != 0);
-  feedbackSetCheck(IDC_LINES_LAYER, linesShown != 0);
-  feedbackSetCheck(IDC_MARK_LAYER, markShown != 0);
+  feedbackSetCheck(IDC_MASK_LAYER, maskImage.valid != 0);
+  feedbackSetCheck(IDC_LINES_LAYER, linesEnabled != 0);
+  feedbackSetCheck(IDC_MARK_LAYER, alignmentMarkImage.valid != 0);
   feedbackSetBoxText(Box::WritingArea, formatted("%d", station.magnification));
   feedbackSetBoxText(Box::WritingSpeed, formatted("%d", station.writingSpeed));
   showStagePosition();

@@ -19,9 +19,9 @@ struct IntRect {
   int bottom;
 };
 
-constexpr int kDisplayWidth = 1232;   // display window, pixels
+constexpr int kDisplayWidth = 1232;  // display window, pixels
 constexpr int kDisplayHeight = 1028;
-constexpr double kCameraFieldUm = 737.0;  // camera field across the display width
+constexpr double kCameraFieldUm = 737.0;            // camera field across the display width
 constexpr double kCameraViewZoom = 1232.0 / 737.0;  // display pixels per um in camera view
 
 struct StationParameters {

@@ -8,8 +8,8 @@
 #include "app/responsive_wait.h"
 #include "app/station.h"
 #include "app/system_services.h"
-#include "app/writing_condition.h"
 #include "link/serial_link.h"
+#include "pattern/pattern_stores.h"
 
 char statusLine[kStatusLineBytes] = {};
 char previousStatusLine[kStatusLineBytes] = {};
@@ -53,7 +53,7 @@ void showTimeEstimate() {
   int speed = station.writingSpeed;
   if (speed > kSpeedCeilingUmPerS) speed = kSpeedCeilingUmPerS;
   if (speed < kSpeedFloorUmPerS) speed = kSpeedFloorUmPerS;
-  const int f = outsideSubfactor;
+  const int f = cellGrid.cellSize;
   const int estimatedMin =
       station.cellCount / f / f * station.magnification * station.magnification / speed / 60 + 2;
   char text[100];

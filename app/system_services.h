@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 
-uint64_t systemTickMs();            // milliseconds since an arbitrary start
+uint64_t systemTickMs();  // milliseconds since an arbitrary start
 void systemSleepMs(uint32_t milliseconds);
 
 struct LocalTime {

@@ -7,8 +7,9 @@
 #include <cstdlib>
 
 #include "app/display_layers.h"
-#include "app/layers.h"
 #include "app/status_display.h"
+#include "pattern/line_pattern.h"
+#include "pattern/pattern_stores.h"
 
 StationParameters::StationParameters() {
   recomputeViewGeometry(*this);
@@ -74,7 +75,7 @@ void changeZoom(int step) {
     case -1: station.zoom *= kZoomOutFactor; break;
     case 10:
       // The whole writing area is only worth showing when a pattern layer is on.
-      if (maskShown || markShown) station.zoom = 1.0 / station.magnification;
+      if (maskImage.valid || alignmentMarkImage.valid) station.zoom = 1.0 / station.magnification;
       break;
     default: break;
   }

@@ -8,7 +8,6 @@
 #include "app/text_format.h"
 #include "link/serial_link.h"
 
-int outsideSubfactor = 5;
 int writingConditionCounter = 0;
 
 void writeWritingCondition() {

@@ -3,10 +3,6 @@
 // used. The parameters themselves live in StationParameters (station.h).
 #pragma once
 
-// Coarse-grid factor of outside filling (2..10): the outside is written on a grid this
-// many cells wide. Edited in the Writing Configuration dialog.
-extern int outsideSubfactor;
-
 // Number of the next record file; starts at 0 in each run of the program.
 extern int writingConditionCounter;
 

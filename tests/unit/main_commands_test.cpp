@@ -76,17 +76,22 @@ TEST_F(MainCommands, BlinkClampsTheDurationShowsItAndSwitchesTheLaserBackOff) {
   }
 }
 
-TEST_F(MainCommands, CheckBoxesToggleTheirFlagAndMark) {
+TEST_F(MainCommands, LayerBoxesStartCheckedAndToggleThePicturesAndLines) {
+  showFirstStates();
+  EXPECT_TRUE(hasLine("check 2200: 1"));
+  EXPECT_TRUE(hasLine("check 2201: 1"));
+  EXPECT_TRUE(hasLine("check 2203: 1"));
+  recordedFeedbackReset();
   dispatchCommand(IDC_MASK_LAYER);
   dispatchCommand(IDC_MASK_LAYER);
   dispatchCommand(IDC_LINES_LAYER);
   dispatchCommand(IDC_MARK_LAYER);
   dispatchCommand(IDC_CENTER_WRITING_ONLY);
-  EXPECT_EQ(recordedCalls(), (Calls{"check 2200: 1", "check 2200: 0", "check 2201: 1",
-                                    "check 2203: 1", "check 2121: 1"}));
-  EXPECT_EQ(maskShown, 0);
-  EXPECT_EQ(linesShown, 1);
-  EXPECT_EQ(markShown, 1);
+  EXPECT_EQ(recordedCalls(), (Calls{"check 2200: 0", "check 2200: 1", "check 2201: 0",
+                                    "check 2203: 0", "check 2121: 1"}));
+  EXPECT_EQ(maskImage.valid, 1);
+  EXPECT_EQ(linesEnabled, 0);
+  EXPECT_EQ(alignmentMarkImage.valid, 0);
   EXPECT_EQ(centerWritingOnly, 1);
 }
 

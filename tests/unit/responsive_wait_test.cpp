@@ -85,7 +85,7 @@ TEST_F(StatusDisplay, StagePositionIsTruncatedToWholeMicrometres) {
 
 TEST_F(StatusDisplay, TimeEstimateWhenNothingRunsAndAtZeroSpeed) {
   station.cellCount = 51088;
-  outsideSubfactor = 2;
+  cellGrid.cellSize = 2;
   station.writingSpeed = 600;
   showTimeEstimate();
   EXPECT_EQ(recordedBoxText(Box::Time), "0 (2) min.");
@@ -96,7 +96,7 @@ TEST_F(StatusDisplay, TimeEstimateWhenNothingRunsAndAtZeroSpeed) {
 
 TEST_F(StatusDisplay, TimeEstimateCountsElapsedMinutesOnlyWhileWriting) {
   station.cellCount = 1'000'000;
-  outsideSubfactor = 2;
+  cellGrid.cellSize = 2;
   station.magnification = 2;
   station.writingSpeed = 5000;  // clamped to 800 for the estimate only
   station.startTick = static_cast<int>(virtualClockNow());

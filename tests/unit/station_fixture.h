@@ -13,11 +13,12 @@
 #include <vector>
 
 #include "app/data_paths.h"
-#include "app/layers.h"
 #include "app/responsive_wait.h"
 #include "app/station.h"
 #include "app/writing_condition.h"
 #include "link/serial_link.h"
+#include "pattern/line_pattern.h"
+#include "pattern/pattern_stores.h"
 #include "sim/recorded_feedback.h"
 #include "sim/virtual_clock.h"
 #include "sim/virtual_serial.h"
@@ -46,8 +47,11 @@ class StationTest : public ::testing::Test {
     dataPaths = DataPaths();
     writingActive = 0;
     writingConditionCounter = 0;
-    outsideSubfactor = 5;
-    maskShown = markShown = linesShown = 0;
+    cellGrid.cellSize = 5;
+    // The layers as the program starts: both pictures and the lines take part.
+    maskImage.valid = alignmentMarkImage.valid = 1;
+    linesEnabled = 1;
+    linePattern = LinePattern();
   }
 
   void TearDown() override {

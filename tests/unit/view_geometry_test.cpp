@@ -75,9 +75,10 @@ TEST_F(ViewGeometry, TenZoomInsStopAtTheUpperLimit) {
 
 TEST_F(ViewGeometry, AllShowsTheWritingAreaOnlyWithAPatternLayer) {
   station.magnification = 2;
+  maskImage.valid = alignmentMarkImage.valid = 0;
   changeZoom(10);
   EXPECT_EQ(station.zoom, 1.0);
-  markShown = 1;
+  alignmentMarkImage.valid = 1;
   changeZoom(10);
   EXPECT_EQ(station.zoom, 0.5);
   EXPECT_EQ(corners(station.scaledAreaRect), (Corners{116, 14, 1116, 1014}));
