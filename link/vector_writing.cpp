@@ -1,0 +1,4 @@
+// Vector writing: see vector_writing.h.
+#include "link/vector_writing.h"
+
+void StartVectorWriting(LinePattern&) {}
