@@ -15,6 +15,10 @@ namespace {
 constexpr uint32_t kSliceMs = 10;  // sleep between looks at an empty queue
 }  // namespace
 
+int operationRunning() {
+  return writingActive == 1 || station.focusingActive == 1 || station.moveBusy == 1 ? 1 : 0;
+}
+
 int waitResponsive(int milliseconds) {
   // Only the low 32 bits are kept: after 49.7 days of uptime the subtraction below sees a
   // huge elapsed time and the wait ends at once. Operations already rely on this.

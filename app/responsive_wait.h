@@ -12,3 +12,8 @@ extern int completedWaits;  // waits that ended by time; counted only
 // out, 0 when the operator confirmed the stop question (stopRequested is then 1), 3 when
 // a click on the display stopped the motors while nothing was being written.
 int waitResponsive(int milliseconds);
+
+// 1 while writing, focusing or a stage move of the writing run is under way. Handlers that
+// would start another operation or change the pattern, the zoom, the line list, the
+// settings, the port or the stage do nothing then; the stop click and painting stay live.
+int operationRunning();
