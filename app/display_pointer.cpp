@@ -20,9 +20,9 @@ int wheelBusy = 0;  // a wheel turn that arrives while a zoom redraws is dropped
 
 void drawSpotMark(int x, int y) {
   Canvas* canvas = canvasOnWindow(SurfaceWindow::Main);
-  canvasEllipse(canvas,
-                {x - kSpotMarkRadius, y - kSpotMarkRadius, x + kSpotMarkRadius, y + kSpotMarkRadius},
-                kSpotMarkRed);
+  canvasEllipse(
+      canvas, {x - kSpotMarkRadius, y - kSpotMarkRadius, x + kSpotMarkRadius, y + kSpotMarkRadius},
+      kSpotMarkRed);
   canvasFree(canvas);
 }
 

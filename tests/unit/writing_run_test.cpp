@@ -49,8 +49,8 @@ TEST_F(WritingRun, WithEveryLayerOffTheRunApproachesTakesUpBacklashAndReturns) {
   dispatchCommand(IDC_START_WRITING);
 
   // To the writing place, Z to the focus plus the laser's Z, down-up twice, and back.
-  EXPECT_THAT(moves(), ElementsAre("m640", "M1680", "L16", "L12", "L16", "L12", "L16", "L0",
-                                   "m0", "M1600"));
+  EXPECT_THAT(moves(),
+              ElementsAre("m640", "M1680", "L16", "L12", "L16", "L12", "L16", "L0", "m0", "M1600"));
   const std::vector<std::string> sent = sentCommands();
   EXPECT_LT(indexOf(sent, "D 7 0"), indexOf(sent, "m640")) << "lamp off before moving";
   EXPECT_LT(indexOf(sent, "D 6 0"), indexOf(sent, "m640")) << "laser off before moving";
@@ -127,7 +127,7 @@ TEST_F(WritingRun, NothingElseStartsWhileARunMoves) {
   openWithSpeeds(2000, 2000, 500);
   station.moveBusy = 1;  // as the run leaves it while its stage moves
   virtualSerialClearWritten();
-  const int blocked[] = {IDC_START_WRITING, IDC_GO_TO_WRITING, IDC_MOVE_X, IDC_LASER_ON,
+  const int blocked[] = {IDC_START_WRITING, IDC_GO_TO_WRITING, IDC_MOVE_X,    IDC_LASER_ON,
                          IDC_BLINK,         IDC_ZOOM_IN,       IDC_MASK_LAYER};
   const double zoom = station.zoom;
   for (int id : blocked) dispatchCommand(id);
@@ -152,6 +152,8 @@ TEST_F(WritingRun, TheFirstXMoveAfterOpeningGoesOut) {
 
 TEST_F(WritingRun, AClickOnTheDisplayDuringAMoveStopsTheMotorsAndEndsTheWait) {
   openWithSpeeds(100, 100, 100);
+  // A board that says nothing more: only the click can end this wait before its time-out.
+  virtualSerialBoard().faults.silent = true;
   const uint64_t startMs = virtualClockNow();
   recordedScriptClick(startMs + 500, QueuedTarget::DisplayWindow);
   MoveAxisAndWait(serialLink, 1, 1000.0);  // ten seconds at 100 um/s
