@@ -20,6 +20,7 @@ WRITING = "Configuration"
 DEVICE = "Device Configuration"
 WRITING_CONFIGURATION, DEVICE_CONFIGURATION = 32821, 32820
 WRITING_AREA_BOX = [1352, 100, 40, 20]
+LASER_OFF_RADIO = (1412 + 10, 122 + 10)
 
 WRITING_CONTROLS = {
     1002: "Line Drawing mode", 913: "Apply", 1100: "Go", 1010: "-X", 1011: "+X", 1013: "-Y",
@@ -130,6 +131,9 @@ class ConfigurationDialogsUnderWine(unittest.TestCase):
                 session.screenshot("writing_configuration")
                 self.click(session, WRITING, 2)  # "Done"
                 self.wait_gone(session, WRITING)
+                # The laser off from the main window: the program now holds 0 V.
+                session.click_client(TITLE, *LASER_OFF_RADIO)
+                board.wait_for(["D 6 0", "G 5 0"])
 
                 session.inspect("command", TITLE, DEVICE_CONFIGURATION)
                 self.assertTrue(session.inspect("wait", DEVICE, 10000))
@@ -144,7 +148,7 @@ class ConfigurationDialogsUnderWine(unittest.TestCase):
                 self.click(session, DEVICE, 1100)  # Standa "Initialize": the port reopens
                 self.answer_box(session, "Scanner")
                 board.wait_for(["S1", "T1"])
-                self.click(session, DEVICE, 2)  # "Close"
+                self.click(session, DEVICE, 2)  # "Close": off, though the program held 0 V
                 board.wait_for(["D 6 0", "G 5 0"])
                 self.wait_gone(session, DEVICE)
 
