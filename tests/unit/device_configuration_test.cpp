@@ -59,7 +59,6 @@ TEST_F(DeviceConfiguration, ThePortIsClampedAndReopenedWhenTheBoxHoldsText) {
 
 TEST_F(DeviceConfiguration, NoneForAMotorReachesConfigTxtAtExit) {
   openWithSpeeds(1000, 1000, 1000);
-  serialLink.positionUm[0] = 500.0;
   recordedDialogChoose(IDC_DCFG_STANDA_MOTOR2, 0);
   recordedDialogChoose(IDC_DCFG_STANDA_MOTOR3, 1);
   recordedDialogPress(IDC_DCFG_STANDA_INITIALIZE);
