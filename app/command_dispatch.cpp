@@ -1,11 +1,13 @@
 // The command switch of the main window: one case per id, one named handler per case.
 #include "app/command_dispatch.h"
 
+#include "app/device_configuration.h"
 #include "app/live_view_control.h"
 #include "app/responsive_wait.h"
 #include "app/shell_commands.h"
 #include "app/system_services.h"
 #include "app/view_geometry.h"
+#include "app/writing_configuration.h"
 #include "app/writing_run.h"
 #include "camera/camera_commands.h"
 #include "camera/live_view.h"
@@ -64,6 +66,8 @@ void dispatchCommand(int id) {
     case IDC_APPLY_DY: onApplyDyCommand(); break;
     case IDC_WAFER: onWaferCommand(); break;
     case IDM_REOPEN_CONTROLLER: onReopenControllerCommand(); break;
+    case IDM_WRITING_CONFIGURATION: openWritingConfiguration(); break;
+    case IDM_DEVICE_CONFIGURATION: openDeviceConfiguration(); break;
     case IDM_START_VECTOR_WRITING:  // lines are written by "Start Writing" when "lines" is checked
     case IDM_STOP:                  // a click during the run stops it, through the responsive wait
       break;

@@ -25,7 +25,8 @@ foreach(seam ${TELVANE_SEAM_FILES})
   list(REMOVE_ITEM TELVANE_SHELL ${CMAKE_CURRENT_SOURCE_DIR}/${seam})
 endforeach()
 add_library(telvane_shell OBJECT ${TELVANE_SHELL})
-add_library(telvane_win32_seams OBJECT app/feedback_win32.cpp app/clock_win32.cpp)
+add_library(telvane_win32_seams OBJECT app/feedback_win32.cpp app/clock_win32.cpp
+  app/dialog_controls_win32.cpp)
 
 set(TELVANE_WIN32_LIBS gdiplus gdi32 user32 comctl32 comdlg32 ole32 oleaut32 uuid shell32)
 

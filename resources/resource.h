@@ -6,6 +6,8 @@
 //   IDI_  icons                137
 //   IDM_  menu commands        104-105, 4000, 32794-32833
 //   IDC_  main-window controls 2002-2207, 3000-3106, 4003-4007, 32000-32002
+//   IDC_WCFG_  controls of the Writing Configuration dialog (130)   1-2, 913-1227
+//   IDC_DCFG_  controls of the Device Configuration dialog (138)    1-2, 900-1101
 #pragma once
 
 // String table.
@@ -92,6 +94,61 @@
 #define IDC_FOCUS 32000
 #define IDC_MOUNT 32001
 #define IDC_WAFER 32002
+
+// Controls of the Writing Configuration dialog, "Configuration" (130).
+#define IDC_WCFG_SET 1   // IDOK: the dialog stays open
+#define IDC_WCFG_DONE 2  // IDCANCEL: Esc and the close box end the dialog as "Done" does
+#define IDC_WCFG_APPLY 913
+#define IDC_WCFG_LINE_DRAWING 1002
+#define IDC_WCFG_SHUTTER 1004
+#define IDC_WCFG_INSIDE_VOLTAGE 1006
+#define IDC_WCFG_POSITION_X 1007
+#define IDC_WCFG_LASER_SHIFT_X 1008
+#define IDC_WCFG_OUTSIDE_VOLTAGE 1009
+#define IDC_WCFG_STEP_MINUS_X 1010
+#define IDC_WCFG_STEP_PLUS_X 1011
+#define IDC_WCFG_POSITION_Y 1012
+#define IDC_WCFG_STEP_MINUS_Y 1013
+#define IDC_WCFG_STEP_PLUS_Y 1014
+#define IDC_WCFG_STEP 1015
+#define IDC_WCFG_LASER_SHIFT_Y 1016
+#define IDC_WCFG_LASER_SHIFT_Z 1017
+#define IDC_WCFG_INSIDE_SPEED 1018
+#define IDC_WCFG_OUTSIDE_SPEED 1019
+#define IDC_WCFG_MAGNIFICATION 1020
+#define IDC_WCFG_OUTSIDE_SUBFACTOR 1021
+#define IDC_WCFG_LINE1_SPEED 1022
+#define IDC_WCFG_DEFOCUS 1023
+#define IDC_WCFG_LINE3_SPEED 1024
+#define IDC_WCFG_LINE6_SPEED 1025
+#define IDC_WCFG_WRITING_AREA 1029
+#define IDC_WCFG_GO 1100
+#define IDC_WCFG_LINE10_SPEED 1126
+#define IDC_WCFG_LINE_VOLTAGE 1227
+
+// Controls of the Device Configuration dialog (138).
+#define IDC_DCFG_SET 1    // IDOK: sends the command box, as "Send"
+#define IDC_DCFG_CLOSE 2  // IDCANCEL: Esc and the close box close as "Close" does
+#define IDC_DCFG_CAMERA_CONNECTED 900
+#define IDC_DCFG_MOVE_TO_BOX 903
+#define IDC_DCFG_PORT 1000
+#define IDC_DCFG_COMMAND 1001
+#define IDC_DCFG_ANSWER 1002
+#define IDC_DCFG_PORT_CONNECTED 1004
+#define IDC_DCFG_STANDA_CONNECTED 1005
+#define IDC_DCFG_PORT_INITIALIZE 1008
+#define IDC_DCFG_SEND 1009
+#define IDC_DCFG_RECEIVE 1011
+#define IDC_DCFG_DOWN 1012
+#define IDC_DCFG_CLOSE_PORT 1013  // no control
+#define IDC_DCFG_MOVE_TO 1014
+#define IDC_DCFG_STANDA_MOTOR1 1029
+#define IDC_DCFG_STANDA_MOTOR2 1030
+#define IDC_DCFG_STANDA_MOTOR3 1031
+#define IDC_DCFG_UP 1032
+#define IDC_DCFG_CAMERA_INITIALIZE 1033
+#define IDC_DCFG_STANDA_INITIALIZE 1100
+#define IDC_DCFG_ZERO_POINT 1101
 
 // Text lines of the about box.
 #define IDC_ABOUT_NAME 1000

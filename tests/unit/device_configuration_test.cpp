@@ -1,0 +1,142 @@
+// The Device Configuration dialog as the operator meets it, opened from the menu on the
+// recorded dialog, the virtual board and the virtual camera: the port and its reopening,
+// the Standa axes reaching Config.txt, the zero point, the test moves, raw commands and
+// their answer, the camera's re-initialisation, and "Close" switching the laser off.
+#include "app/command_dispatch.h"
+#include "app/startup.h"
+#include "camera_test_support.h"
+#include "link/controller_commands.h"
+#include "link_fixture.h"
+#include "resources/resource.h"
+#include "sim/recorded_dialog.h"
+
+namespace {
+
+using Commands = std::vector<std::string>;
+
+class DeviceConfiguration : public LinkTest {
+ protected:
+  void SetUp() override {
+    LinkTest::SetUp();
+    recordedDialogReset();
+    virtualCameraReset();
+    camera.connected = 0;
+    camera.camera = nullptr;
+  }
+  // Opens the dialog from the menu and plays what was scripted; "Close" ends it.
+  static void runDialog() {
+    recordedDialogPress(IDC_DCFG_CLOSE);
+    dispatchCommand(IDM_DEVICE_CONFIGURATION);
+  }
+  static bool opened() { return hasLine("z", sentCommands()); }
+};
+
+TEST_F(DeviceConfiguration, ThePortIsClampedAndReopenedWhenTheBoxHoldsText) {
+  struct Row {
+    const char* typed;
+    int port;
+    bool reopened;
+  };
+  for (const Row& row : {Row{"0", 1, true}, Row{"45", 30, true}, Row{"12", 12, true},
+                         Row{"com", 12, true}, Row{"", 12, false}}) {
+    recordedDialogReset();
+    virtualSerialClearWritten();
+    recordedDialogType(IDC_DCFG_PORT, row.typed);
+    recordedDialogPress(IDC_DCFG_PORT_INITIALIZE);
+    runDialog();
+    EXPECT_EQ(serialLink.comPort, row.port) << row.typed;
+    EXPECT_EQ(opened(), row.reopened) << row.typed;
+  }
+  EXPECT_TRUE(recordedDialogChecked(IDC_DCFG_PORT_CONNECTED));
+
+  virtualSerialSetPresent(false);
+  recordedDialogReset();
+  recordedDialogToggle(IDC_DCFG_PORT_CONNECTED);
+  runDialog();
+  EXPECT_FALSE(recordedDialogChecked(IDC_DCFG_PORT_CONNECTED));
+  EXPECT_TRUE(hasLine("message Warning: Error in  opening serial port"));
+}
+
+TEST_F(DeviceConfiguration, NoneForAMotorReachesConfigTxtAtExit) {
+  openWithSpeeds(1000, 1000, 1000);
+  recordedDialogChoose(IDC_DCFG_STANDA_MOTOR2, 0);
+  recordedDialogChoose(IDC_DCFG_STANDA_MOTOR3, 1);
+  recordedDialogPress(IDC_DCFG_STANDA_INITIALIZE);
+  runDialog();
+  EXPECT_EQ(recordedDialogEntries(IDC_DCFG_STANDA_MOTOR1), (Commands{"None", "X", "Y", "Z"}));
+  EXPECT_EQ(station.standaMotor2Axis, 0);
+  EXPECT_EQ(station.standaMotor3Axis, 1);
+  EXPECT_TRUE(hasLine("message Scanner: Standa scanner Initialized"));
+  EXPECT_EQ(sentCommands().front(), "z") << "the stage was reopened";
+
+  shutDownDevices();
+  EXPECT_NE(readFile(dataPaths.configPath).find("Standa:1,0,1,"), std::string::npos);
+
+  virtualSerialSetPresent(false);
+  recordedDialogPress(IDC_DCFG_STANDA_CONNECTED);
+  runDialog();
+  EXPECT_TRUE(hasLine("message Scanner Error: No devices found"));
+}
+
+// After a zero point the next X move is refused by the limit flags, as designed.
+TEST_F(DeviceConfiguration, ZeroPointUpDownAndMoveTo) {
+  openWithSpeeds(5000, 5000, 5000);
+  recordedDialogPress(IDC_DCFG_DOWN);
+  recordedDialogType(IDC_DCFG_MOVE_TO_BOX, "250");
+  recordedDialogPress(IDC_DCFG_MOVE_TO);
+  runDialog();
+  EXPECT_EQ(recordedDialogText(IDC_DCFG_ANSWER), "Z=-100.0") << "axis 0, shown as Z";
+  EXPECT_EQ(serialLink.positionUm[2], 250.0);
+
+  virtualSerialClearWritten();
+  recordedDialogPress(IDC_DCFG_ZERO_POINT);
+  recordedDialogPress(IDC_DCFG_UP);
+  runDialog();
+  EXPECT_EQ(recordedDialogText(IDC_DCFG_ANSWER), "Z=0.0");
+  const Commands sent = sentCommands();
+  ASSERT_GE(sent.size(), 2u);
+  EXPECT_EQ(Commands(sent.begin(), sent.begin() + 2), (Commands{"z", "Z"}));
+  EXPECT_FALSE(hasLine("m", sent)) << "the move after the zero point is refused";
+}
+
+TEST_F(DeviceConfiguration, SendAndSetSendTheCommandBoxAndRecieveShowsTheAnswer) {
+  openWithSpeeds(1000, 1000, 1000);
+  serialLink.positionUm[0] = 12.5;
+  recordedDialogType(IDC_DCFG_COMMAND, "G 5 100");
+  recordedDialogPress(IDC_DCFG_SET);
+  recordedDialogType(IDC_DCFG_COMMAND, "P");
+  recordedDialogPress(IDC_DCFG_SEND);
+  recordedDialogPress(IDC_DCFG_RECEIVE);
+  recordedDialogPress(IDC_DCFG_CLOSE_PORT);
+  recordedDialogPress(IDC_DCFG_SEND);
+  runDialog();
+  EXPECT_EQ(sentCommands(), (Commands{"G 5 100", "P"}));
+  Commands answers;
+  for (const std::string& call : recordedDialogCalls())
+    if (call.rfind("text 1002: ", 0) == 0) answers.push_back(call.substr(11));
+  EXPECT_EQ(answers, (Commands{"Z=12.5", "Z=12.5", "P0\r\n", "Z=12.5"}));
+  EXPECT_TRUE(hasLine("message Arduino Error: Fail to send command"));
+}
+
+// A raw command may have raised the laser behind the program's back.
+TEST_F(DeviceConfiguration, CloseAlwaysSwitchesTheLaserOffOnTheBoard) {
+  openWithSpeeds(1000, 1000, 1000);
+  for (bool wasOn : {false, true}) {
+    if (wasOn) SwitchLaser(laser, 1);
+    virtualSerialClearWritten();
+    runDialog();
+    EXPECT_EQ(sentCommands(), (Commands{"D 6 0", "G 5 0"})) << wasOn;
+    EXPECT_EQ(virtualSerialBoard().pins[kBoardLaserPin], 0);
+  }
+}
+
+TEST_F(DeviceConfiguration, CameraInitializeReconnectsAndSetsAutomaticThenManual) {
+  recordedDialogPress(IDC_DCFG_CAMERA_INITIALIZE);
+  runDialog();
+  EXPECT_TRUE(recordedDialogChecked(IDC_DCFG_CAMERA_CONNECTED));
+  const auto& log = virtualCameraLog();
+  auto automatic = std::find(log.begin(), log.end(), "set GainAuto Continuous");
+  EXPECT_NE(std::find(automatic, log.end(), "set GainAuto Off"), log.end());
+}
+
+}  // namespace
