@@ -20,5 +20,5 @@ T* allocateRunBlock(size_t count, const char* failureText = kHeapAllocFailureTex
   return block;
 }
 
-extern int heapAllocFailed;              // 1 once any run block could not be allocated
+extern int heapAllocFailed;               // 1 once any run block could not be allocated
 extern const char* heapAllocFailureText;  // the text of the latest failure, or null

@@ -3,7 +3,8 @@
 // How the plain algorithm's result is found without its quadratic search. Every point
 // placed in a cluster is entered in a hash table of positions; a point's owner is the
 // cluster holding it (-1 once lost in a merge). The 13 positions within distance 2 of a
-// point are then the only places a touching point can be.
+// point are then the only places a touching point can be. The pairs of touching points
+// found while assigning are kept as a list per point for the merge passes.
 // - Assignment: the first touching cluster in cluster order is the smallest owner found
 //   around the point (clusters are searched from 0, and which point of the cluster
 //   touches does not matter).
@@ -30,6 +31,10 @@ constexpr int kMaxPoints = kEdgePointCapacity;
 constexpr int kHashBits = 15;
 constexpr uint32_t kHashSlots = 1u << kHashBits;  // over three times the most positions
 constexpr int kNone = -1;
+// Pairs of touching points kept for the merge passes: twelve other positions around a
+// point, so this holds every pair unless many points share positions; past it the
+// passes look the positions up again.
+constexpr int kMaxPairs = 8 * kMaxPoints;
 const Rgb kClusterPen{100, 100, 100};  // 0x646464
 
 // The 13 offsets within city-block distance 2.
@@ -53,6 +58,18 @@ struct Tables {
   int32_t lastMember[kClusterCapacity];
   uint32_t markedFor[kClusterCapacity];  // equals markRound when marked for the current i
   uint32_t markRound = 0;
+  int32_t candidates[kClusterCapacity];  // the marked clusters not yet scanned, a min-heap
+  int candidateCount = 0;
+  bool alive[kClusterCapacity];  // the cluster has points
+  // The touching pairs found by the assignment, then as lists per point (CSR).
+  int32_t pairFirst[kMaxPairs];
+  int32_t pairSecond[kMaxPairs];
+  int pairCount = 0;
+  bool pairsComplete = true;
+  int32_t found[kMaxPoints];  // the points touching the point being assigned
+  int foundCount = 0;
+  int32_t neighbourStart[kMaxPoints + 1];
+  int32_t neighbours[2 * kMaxPairs];
 };
 
 Tables tables;
@@ -101,26 +118,101 @@ void appendMember(int cluster, int32_t id) {
   tables.lastMember[cluster] = id;
 }
 
-// The smallest cluster owning a point that touches p, or kNone.
+// The smallest cluster owning a point that touches p, or kNone; the touching points are
+// left in tables.found.
 int firstTouchingCluster(EdgePoint p) {
-  int found = kNone;
+  int first = kNone;
+  tables.foundCount = 0;
   for (int k = 0; k < 13; ++k) {
     for (int32_t id = firstPointAt(p.x + kNearDx[k], p.y + kNearDy[k]); id != kNone;
          id = tables.nextAtPosition[id]) {
       const int owner = tables.owner[id];
-      if (owner != kNone && (found == kNone || owner < found)) found = owner;
+      if (owner != kNone && (first == kNone || owner < first)) first = owner;
+      if (tables.foundCount < kMaxPoints) tables.found[tables.foundCount++] = id;
     }
   }
-  return found;
+  return first;
 }
 
-// Marks, for the current round, every cluster after `after` that owns a point touching p.
-void markTouching(EdgePoint p, int after) {
+// The entered point id touches the points just found: keep the pairs.
+void keepPairs(int32_t id) {
+  if (tables.pairCount + tables.foundCount > kMaxPairs) {
+    tables.pairsComplete = false;
+    return;
+  }
+  for (int k = 0; k < tables.foundCount; ++k) {
+    tables.pairFirst[tables.pairCount] = id;
+    tables.pairSecond[tables.pairCount] = tables.found[k];
+    ++tables.pairCount;
+  }
+}
+
+// Every entered point's touching points, as one list a point.
+void buildNeighbourLists(int pointCount) {
+  std::fill_n(tables.neighbourStart, pointCount + 1, 0);
+  for (int k = 0; k < tables.pairCount; ++k) {
+    ++tables.neighbourStart[tables.pairFirst[k] + 1];
+    ++tables.neighbourStart[tables.pairSecond[k] + 1];
+  }
+  for (int id = 0; id < pointCount; ++id)
+    tables.neighbourStart[id + 1] += tables.neighbourStart[id];
+  // found[] is free again: it serves as the fill position of each list.
+  for (int id = 0; id < pointCount; ++id) tables.found[id] = tables.neighbourStart[id];
+  for (int k = 0; k < tables.pairCount; ++k) {
+    tables.neighbours[tables.found[tables.pairFirst[k]]++] = tables.pairSecond[k];
+    tables.neighbours[tables.found[tables.pairSecond[k]]++] = tables.pairFirst[k];
+  }
+}
+
+void pushCandidate(int32_t cluster) {
+  int at = tables.candidateCount++;
+  while (at > 0 && tables.candidates[(at - 1) / 2] > cluster) {
+    tables.candidates[at] = tables.candidates[(at - 1) / 2];
+    at = (at - 1) / 2;
+  }
+  tables.candidates[at] = cluster;
+}
+
+int32_t popCandidate() {
+  const int32_t first = tables.candidates[0];
+  const int32_t last = tables.candidates[--tables.candidateCount];
+  int at = 0;
+  for (;;) {
+    int child = 2 * at + 1;
+    if (child >= tables.candidateCount) break;
+    if (child + 1 < tables.candidateCount &&
+        tables.candidates[child + 1] < tables.candidates[child])
+      ++child;
+    if (tables.candidates[child] >= last) break;
+    tables.candidates[at] = tables.candidates[child];
+    at = child;
+  }
+  tables.candidates[at] = last;
+  return first;
+}
+
+inline void markOwner(int32_t id, int after) {
+  const int owner = tables.owner[id];
+  if (owner > after && tables.markedFor[owner] != tables.markRound) {
+    tables.markedFor[owner] = tables.markRound;
+    pushCandidate(owner);
+  }
+}
+
+// Marks, for the current round, every cluster after `after` that owns a point touching
+// point id; each is taken once into the candidates, which are scanned in index order.
+void markTouching(int32_t id, int after) {
+  if (tables.pairsComplete) {
+    for (int k = tables.neighbourStart[id]; k < tables.neighbourStart[id + 1]; ++k) {
+      markOwner(tables.neighbours[k], after);
+    }
+    return;
+  }
+  const EdgePoint p = tables.position[id];
   for (int k = 0; k < 13; ++k) {
-    for (int32_t id = firstPointAt(p.x + kNearDx[k], p.y + kNearDy[k]); id != kNone;
-         id = tables.nextAtPosition[id]) {
-      const int owner = tables.owner[id];
-      if (owner > after) tables.markedFor[owner] = tables.markRound;
+    for (int32_t near = firstPointAt(p.x + kNearDx[k], p.y + kNearDy[k]); near != kNone;
+         near = tables.nextAtPosition[near]) {
+      markOwner(near, after);
     }
   }
 }
@@ -139,23 +231,34 @@ void mergeInto(Cluster* clusters, int i, int j) {
   for (int k = 0; k < appended; ++k) {
     const int32_t next = tables.nextMember[id];
     appendMember(i, id);
-    markTouching(tables.position[id], j);
+    markTouching(id, j);
     id = next;
   }
   for (; id != kNone; id = tables.nextMember[id]) tables.owner[id] = kNone;  // lost
   tables.firstMember[j] = tables.lastMember[j] = kNone;
+  tables.alive[j] = false;
 }
 
+// The plain inner loop over j > i, taking only the clusters marked as touching i: the
+// candidates come out in index order, and every mark made while merging is after the
+// cluster just merged, so the order is the plain loop's.
 void mergePass(Cluster* clusters, int used) {
-  for (int i = 0; i < used; ++i) {
-    if (clusters[i].count == 0) continue;
+  int aliveAfter = 0;  // clusters with points after the current i
+  for (int c = 0; c < used; ++c) aliveAfter += tables.alive[c] ? 1 : 0;
+  for (int i = 0; i < used && aliveAfter > 0; ++i) {
+    if (!tables.alive[i]) continue;
+    --aliveAfter;
+    if (aliveAfter == 0) break;  // nothing after i is left to merge
     ++tables.markRound;
+    tables.candidateCount = 0;
     for (int32_t id = tables.firstMember[i]; id != kNone; id = tables.nextMember[id]) {
-      markTouching(tables.position[id], i);
+      markTouching(id, i);
     }
-    for (int j = i + 1; j < used; ++j) {
-      if (tables.markedFor[j] == tables.markRound && clusters[j].count != 0) {
+    while (tables.candidateCount > 0) {
+      const int32_t j = popCandidate();
+      if (tables.alive[j]) {
         mergeInto(clusters, i, j);
+        --aliveAfter;
       }
     }
   }
@@ -168,6 +271,7 @@ ClusterFormation formClusters(const EdgePoint* points, int pointCount, Cluster* 
     clusters[c].count = 0;
     tables.firstMember[c] = tables.lastMember[c] = kNone;
     tables.markedFor[c] = 0;
+    tables.alive[c] = false;
   }
   tables.markRound = 0;
   if (++tables.generation == 0) {
@@ -175,6 +279,8 @@ ClusterFormation formClusters(const EdgePoint* points, int pointCount, Cluster* 
     tables.generation = 1;
   }
   pointCount = std::clamp(pointCount, 0, kMaxPoints);
+  tables.pairCount = 0;
+  tables.pairsComplete = true;
 
   ClusterFormation result{0, false};
   for (int32_t id = 0; id < pointCount; ++id) {
@@ -188,6 +294,7 @@ ClusterFormation formClusters(const EdgePoint* points, int pointCount, Cluster* 
         cluster.points[cluster.count++] = p;
         appendMember(hit, id);
         enterPosition(id);
+        keepPairs(id);
       }
       continue;
     }
@@ -197,10 +304,13 @@ ClusterFormation formClusters(const EdgePoint* points, int pointCount, Cluster* 
     }
     clusters[result.used].points[0] = p;
     clusters[result.used].count = 1;
+    tables.alive[result.used] = true;
     appendMember(result.used, id);
     enterPosition(id);
     ++result.used;
   }
+  // With one cluster or none there is nothing to merge and no list is needed.
+  if (tables.pairsComplete && result.used > 1) buildNeighbourLists(pointCount);
   for (int pass = 0; pass < kMergePasses; ++pass) mergePass(clusters, result.used);
   return result;
 }
@@ -252,11 +362,11 @@ void groupClusters(const EdgePoint* points, int pointCount, Cluster* clusters,
     const Cluster& c = clusters[i];
     if (c.count == 0) continue;
     // Cell row 0 is the bottom of the writing area.
-    canvasRectangle(window,
-                    {c.leftmost.x * scale + area.left, kPatternSide - c.topmost.y * scale + area.top,
-                     c.rightmost.x * scale + area.left,
-                     kPatternSide - c.bottommost.y * scale + area.top},
-                    kClusterPen, nullptr);
+    canvasRectangle(
+        window,
+        {c.leftmost.x * scale + area.left, kPatternSide - c.topmost.y * scale + area.top,
+         c.rightmost.x * scale + area.left, kPatternSide - c.bottommost.y * scale + area.top},
+        kClusterPen, nullptr);
     ++drawn;
   }
   canvasFree(window);

@@ -11,8 +11,8 @@
 
 #include "pattern/cluster_table.h"
 
-constexpr int kMaxGrain = 997;            // no cluster is opened once this many exist
-constexpr int kClusterJoinLimit = 9999;   // a point joins a cluster only below this count
+constexpr int kMaxGrain = 997;             // no cluster is opened once this many exist
+constexpr int kClusterJoinLimit = 9999;    // a point joins a cluster only below this count
 constexpr int kClusterMergeLimit = 10000;  // a merge fills a cluster up to this count
 constexpr int kMergePasses = 2;
 

@@ -17,14 +17,17 @@ namespace {
 
 const Rgb kWhite{255, 255, 255};
 constexpr int kWipeMarginPx = 3;
-constexpr size_t kLastRenderPixelByte = static_cast<size_t>(kMaskRenderSide) * kMaskRenderSide * 4 - 4;
+constexpr size_t kLastRenderPixelByte =
+    static_cast<size_t>(kMaskRenderSide) * kMaskRenderSide * 4 - 4;
 
 // A picture of width x height onto the display window with its top-left at (x, y).
 void showOnDisplay(const uint8_t* pixels, int width, int height, int x, int y) {
   Canvas* canvas = canvasNew(SurfaceWindow::Display);
   if (canvasCreateBitmap(canvas, width, height) && canvasCreateContext(canvas) &&
       canvasSetPixels(canvas, pixels, width, height)) {
+    canvasSelectBitmap(canvas);
     canvasBlit(canvas, x, y);
+    canvasRestoreSelection(canvas);
   }
   canvasFree(canvas);
 }
@@ -64,7 +67,8 @@ int thresholdMaskRender(const uint8_t* render, ImageBuffer image) {
   for (int x = 0; x < kMaskRenderSide; x += kMaskRenderStep) {
     for (int y = 0; y < kMaskRenderSide; y += kMaskRenderStep) {
       const size_t at = std::min(
-          (static_cast<size_t>(kMaskRenderSide) * static_cast<size_t>(y) + static_cast<size_t>(x)) * 4,
+          (static_cast<size_t>(kMaskRenderSide) * static_cast<size_t>(y) + static_cast<size_t>(x)) *
+              4,
           kLastRenderPixelByte);
       const uint8_t value = isDark(render[at + 2], render[at + 1], render[at]) ? 0 : 255;
       if (value == 0) ++dark;
@@ -89,14 +93,17 @@ int renderMaskPattern(bool show, const std::wstring& path, ImageBuffer image) {
     if (canvasCreateBitmap(canvas, kMaskRenderSide, kMaskRenderSide) &&
         canvasCreateContext(canvas) &&
         canvasSetPixels(canvas, render.data(), kMaskRenderSide, kMaskRenderSide)) {
+      canvasSelectBitmap(canvas);
       canvasStretch(canvas, station.writingAreaRect);
+      canvasRestoreSelection(canvas);
     }
     canvasFree(canvas);
   }
   return 0;
 }
 
-int buildTargetPattern(const ImageBuffer& mask, const ImageBuffer& alignment, MaskPattern& pattern) {
+int buildTargetPattern(const ImageBuffer& mask, const ImageBuffer& alignment,
+                       MaskPattern& pattern) {
   station.cellCount = 0;
   station.doneCells = 0;
   const bool useMask = mask.valid != 0 && mask.pixels != nullptr;
@@ -109,8 +116,8 @@ int buildTargetPattern(const ImageBuffer& mask, const ImageBuffer& alignment, Ma
       const size_t at = (static_cast<size_t>(y) * kPatternSide + static_cast<size_t>(x)) * 4;
       const uint8_t* m = mask.pixels + at;
       const uint8_t* a = alignment.pixels + at;
-      const bool isDarkCell = (useMask && isDark(m[2], m[1], m[0])) ||
-                              (useMark && isDark(a[2], a[1], a[0]));
+      const bool isDarkCell =
+          (useMask && isDark(m[2], m[1], m[0])) || (useMark && isDark(a[2], a[1], a[0]));
       pattern.cells[static_cast<size_t>(y) * kPatternSide + static_cast<size_t>(x)] =
           isDarkCell ? kDarkCell : kBrightCell;
       if (isDarkCell) ++dark;

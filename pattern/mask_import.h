@@ -12,7 +12,7 @@
 
 // A pixel is dark when red + green + blue < 128.
 constexpr int kDarkSumLimit = 128;
-constexpr int kMaskRenderStep = 2;                            // samples per cell, each way
+constexpr int kMaskRenderStep = 2;                               // samples per cell, each way
 constexpr int kMaskRenderSide = kMaskRenderStep * kPatternSide;  // 2000
 
 inline bool isDark(int red, int green, int blue) { return red + green + blue < kDarkSumLimit; }

@@ -113,7 +113,7 @@ int linesEnabled = 1;
 CellGrid cellGrid;
 ImageBuffer maskImage = freshPicture();
 ImageBuffer alignmentMarkImage = freshPicture();
-ImageBuffer simulationImage;
+ImageBuffer simulationImage = freshPicture();  // "Show Target Pattern" before any redraw
 
 EdgePoint edgePoints[kEdgePointCapacity];
 int32_t edgePointCount = 0;

@@ -11,8 +11,8 @@ void redrawPatternView(int mode) { changeZoom(mode); }
 
 void resamplePattern(const MaskPattern& source, MaskPattern& destination) {
   const float s = static_cast<float>(station.zoom * station.magnification);
-  const int extent = std::clamp(static_cast<int>(static_cast<float>(kPatternSide) * s), 0,
-                                kPatternSide);
+  const int extent =
+      std::clamp(static_cast<int>(static_cast<float>(kPatternSide) * s), 0, kPatternSide);
   cellGrid.zoomedWidth = extent;
   cellGrid.zoomedHeight = extent;
   for (int y = 0; y < destination.height; ++y) {

@@ -227,7 +227,8 @@ bool renderPictureFile(const std::wstring& path, int width, int height, uint8_t*
       const uint8_t* from = &picture.pixels[(static_cast<size_t>(sy) * picture.width + sx) * 4];
       uint8_t* to = &pixels[(static_cast<size_t>(y) * width + x) * 4];
       const int alpha = from[3];
-      for (int c = 0; c < 3; ++c) to[c] = static_cast<uint8_t>((from[c] * alpha + 255 * (255 - alpha)) / 255);
+      for (int c = 0; c < 3; ++c)
+        to[c] = static_cast<uint8_t>((from[c] * alpha + 255 * (255 - alpha)) / 255);
       to[3] = 0;
     }
   }

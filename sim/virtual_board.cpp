@@ -68,7 +68,8 @@ void sampleExposure(VirtualBoard& board, uint64_t nowMs) {
   double y = machineUm(board, 1, nowMs);
   // The laser emits at the intensity of its channel: the writing programs set only the
   // voltage and leave the switch pin low.
-  if (boardPwm(board, kBoardLaserChannel) > 0 && (x != board.lastSampleXUm || y != board.lastSampleYUm))
+  if (boardPwm(board, kBoardLaserChannel) > 0 &&
+      (x != board.lastSampleXUm || y != board.lastSampleYUm))
     board.exposure.push_back(
         {board.lastSampleXUm, board.lastSampleYUm, x, y, boardPwm(board, kBoardLaserChannel)});
   board.lastSampleXUm = x;

@@ -125,7 +125,7 @@ TEST_F(Grouping, APointTouchingTwoClustersJoinsTheFirstAndTheyMerge) {
   PointSet points;
   for (int x = 0; x < 6000; ++x) points.push_back(pointAt(x, 4));  // cluster 0
   for (int x = 0; x < 3997; ++x) points.push_back(pointAt(x, 0));  // cluster 1, 4 rows below
-  points.push_back(pointAt(3996, 2));  // touches both
+  points.push_back(pointAt(3996, 2));                              // touches both
   expectSameAsReference(points);
   EXPECT_EQ(group(points), 2);
   EXPECT_EQ(clusterTable[0].count, 9998);

@@ -70,7 +70,8 @@ TEST_F(MaskImport, APureBlackMaskGivesAMillionDarkCells) {
 TEST_F(MaskImport, ImportImageShowsThePictureStretchedOverTheWritingArea) {
   station.magnification = 2;
   station.zoom = 3.0;
-  offerPicture(L"C:\\masks\\corner.png", pictureOf(2, 2, {kBlack, kWhitePixel, kWhitePixel, kWhitePixel}));
+  offerPicture(L"C:\\masks\\corner.png",
+               pictureOf(2, 2, {kBlack, kWhitePixel, kWhitePixel, kWhitePixel}));
   dispatchCommand(IDM_IMPORT_IMAGE);
   EXPECT_EQ(maskPicturePath, L"C:\\masks\\corner.png");
   EXPECT_DOUBLE_EQ(station.zoom, 0.5);

@@ -54,8 +54,10 @@ class PatternTest : public StationTest {
   }
 
   // A picture file of one colour per pixel, given top row first as a person draws it.
-  static RecordedPicture pictureOf(int width, int height, const std::vector<uint32_t>& argbTopDown) {
-    RecordedPicture picture{width, height, std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
+  static RecordedPicture pictureOf(int width, int height,
+                                   const std::vector<uint32_t>& argbTopDown) {
+    RecordedPicture picture{width, height,
+                            std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
     for (int y = 0; y < height; ++y) {
       for (int x = 0; x < width; ++x) {
         const uint32_t argb = argbTopDown[static_cast<size_t>(y) * width + x];

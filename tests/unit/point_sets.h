@@ -12,7 +12,9 @@
 
 using PointSet = std::vector<EdgePoint>;
 
-inline EdgePoint pointAt(int x, int y) { return {static_cast<int16_t>(x), static_cast<int16_t>(y)}; }
+inline EdgePoint pointAt(int x, int y) {
+  return {static_cast<int16_t>(x), static_cast<int16_t>(y)};
+}
 
 // count points spread evenly over a side x side square; duplicates may occur.
 inline PointSet randomPoints(int count, int side, uint32_t seed) {

@@ -60,8 +60,8 @@ TEST_F(Simulation, ThePatternIsBlueOverTheCameraPictureAndWhiteOutsideBoth) {
     return std::vector<int>{getRed(simulationImage, x, y), getGreen(simulationImage, x, y),
                             getBlue(simulationImage, x, y)};
   };
-  EXPECT_EQ(rgb(616, 514), (std::vector<int>{0, 0, 255}));     // dark cell (500, 500)
-  EXPECT_EQ(rgb(300, 300), (std::vector<int>{11, 22, 33}));    // bright: the camera
+  EXPECT_EQ(rgb(616, 514), (std::vector<int>{0, 0, 255}));      // dark cell (500, 500)
+  EXPECT_EQ(rgb(300, 300), (std::vector<int>{11, 22, 33}));     // bright: the camera
   EXPECT_EQ(rgb(100, 100), (std::vector<int>{255, 255, 255}));  // outside the camera field
   EXPECT_EQ(rgb(116, 514), (std::vector<int>{255, 255, 255}));  // on the area's left edge
 }
