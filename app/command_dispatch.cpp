@@ -14,6 +14,7 @@
 #include "link/jog_pad.h"
 #include "link/stage_commands.h"
 #include "pattern/line_pattern.h"
+#include "pattern/pattern_commands.h"
 #include "pattern/pattern_stores.h"
 #include "resources/resource.h"
 
@@ -77,6 +78,17 @@ void dispatchCommand(int id) {
     case IDM_CAMERA_AUTO_SETTING: onCameraAutoSetting(); break;
     case IDM_CAMERA_BLUE_ONLY: onCameraBlueOnly(); break;
     case IDM_APPLY_GAIN_EXPOSURE: onCameraManualEntry(); break;
+    case IDC_ALIGN_MARK: onAlignMarkCommand(); break;
+    case IDC_SHOW_MASK_FILE: onShowMaskFileCommand(); break;
+    case IDM_IMPORT_IMAGE: onImportImageCommand(); break;
+    case IDM_IMPORT_ALIGNMENT_MARK: onImportAlignmentMarkCommand(); break;
+    case IDM_MASK_PATTERN: onMaskPatternCommand(); break;
+    case IDM_SHOW_TARGET_PATTERN: onShowTargetPatternCommand(); break;
+    case IDM_FIND_EDGES: onFindEdgesCommand(); break;
+    case IDM_GROUPING: onGroupingCommand(); break;
+    case IDM_SIMULATE_WRITING: onSimulateWritingCommand(); break;
+    case IDM_FINAL_PATTERN: onFinalPatternCommand(); break;
+    case IDM_ERASE_MASK_PATTERN: onEraseMaskPatternCommand(); break;
     default: break;  // unknown ids are ignored
   }
 }

@@ -1,4 +1,15 @@
-// Nothing to redraw yet: the mask, mark and line layers arrive with pattern preparation.
+// The display's layers after a zoom step or "Simulate Writing": the target pattern built
+// from the pictures, resampled at the zoom, composed in blue over the camera picture and
+// painted on the display window, then the time estimate (changeZoom refreshes it).
 #include "app/display_layers.h"
 
-void redrawDisplayLayers() {}
+#include "camera/live_render.h"
+#include "pattern/mask_import.h"
+#include "pattern/writing_simulation.h"
+
+void redrawDisplayLayers() {
+  buildTargetPattern(maskImage, alignmentMarkImage, targetPattern);
+  resamplePattern(targetPattern, zoomedPattern);
+  composeSimulation(zoomedPattern, simulationImage);
+  RenderLive(SurfaceWindow::Display, simulationImage);
+}

@@ -149,7 +149,7 @@ BOOL initInstance(HINSTANCE instance, int showMode) {
   ShowWindow(displayWindow, SW_SHOW);
   if (window == nullptr) return FALSE;
   // A picture or frame block that could not be allocated before the window existed.
-  if (heapAllocFailed != 0) SetWindowTextW(window, L"error in HeapAlloc");
+  if (heapAllocFailed != 0) SetWindowTextA(window, heapAllocFailureText);
   mainWindow = window;
   ShowWindow(window, showMode);
   UpdateWindow(window);

@@ -20,7 +20,8 @@ endfunction()
 
 add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
 
-file(GLOB TELVANE_SHELL CONFIGURE_DEPENDS app/*_win32.cpp link/*_win32.cpp camera/*_win32.cpp)
+file(GLOB TELVANE_SHELL CONFIGURE_DEPENDS app/*_win32.cpp link/*_win32.cpp camera/*_win32.cpp
+  pattern/*_win32.cpp)
 foreach(seam ${TELVANE_SEAM_FILES})
   list(REMOVE_ITEM TELVANE_SHELL ${CMAKE_CURRENT_SOURCE_DIR}/${seam})
 endforeach()

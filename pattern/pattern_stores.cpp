@@ -39,8 +39,12 @@ ImageBuffer freshPicture() {
 
 }  // namespace
 
+// A grid nothing was built into reads as bright: edge finding or a run on it before the
+// first build finds nothing to write, and the zoomed target starts all bright.
 MaskPattern::MaskPattern() {
-  cells = allocateRunBlock<int32_t>(static_cast<size_t>(width) * static_cast<size_t>(height));
+  const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
+  cells = allocateRunBlock<int32_t>(count, kHeapAllocArrayFailureText);
+  if (cells != nullptr) std::fill_n(cells, count, kBrightCell);
 }
 
 void setCell(MaskPattern& pattern, int x, int y, int32_t value) {
@@ -109,7 +113,7 @@ int linesEnabled = 1;
 CellGrid cellGrid;
 ImageBuffer maskImage = freshPicture();
 ImageBuffer alignmentMarkImage = freshPicture();
-ImageBuffer simulationImage;
+ImageBuffer simulationImage = freshPicture();  // "Show Target Pattern" before any redraw
 
 EdgePoint edgePoints[kEdgePointCapacity];
 int32_t edgePointCount = 0;

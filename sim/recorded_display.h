@@ -20,3 +20,16 @@ const std::vector<uint8_t>& recordedWindowPicture(SurfaceWindow window);
 void recordedDisplayFail(const std::string& step, int count);
 // The file the next file-open question returns; none queued: the operator cancels.
 void recordedQueueFileChoice(const std::wstring& path);
+
+// A picture file as the picture seam reads it: width x height pixels, rows bottom-up,
+// 4 bytes each (blue, green, red, alpha; alpha 0 is transparent).
+struct RecordedPicture {
+  int width = 0;
+  int height = 0;
+  std::vector<uint8_t> pixels;
+};
+// The picture a path holds from now on; unregistered paths do not load.
+void recordedRegisterPicture(const std::wstring& path, const RecordedPicture& picture);
+// The colour last drawn straight onto the window at client pixel (x, y); false if none.
+bool recordedDirectPixel(SurfaceWindow window, int x, int y, Rgb& colour);
+void recordedForgetDirectPixels();

@@ -66,7 +66,10 @@ double machineUm(const VirtualBoard& board, int axis, uint64_t nowMs) {
 void sampleExposure(VirtualBoard& board, uint64_t nowMs) {
   double x = machineUm(board, 0, nowMs);
   double y = machineUm(board, 1, nowMs);
-  if (boardPin(board, kBoardLaserPin) > 0 && (x != board.lastSampleXUm || y != board.lastSampleYUm))
+  // The laser emits at the intensity of its channel: the writing programs set only the
+  // voltage and leave the switch pin low.
+  if (boardPwm(board, kBoardLaserChannel) > 0 &&
+      (x != board.lastSampleXUm || y != board.lastSampleYUm))
     board.exposure.push_back(
         {board.lastSampleXUm, board.lastSampleYUm, x, y, boardPwm(board, kBoardLaserChannel)});
   board.lastSampleXUm = x;

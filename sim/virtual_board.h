@@ -66,7 +66,7 @@ struct VirtualBoard {
   std::deque<char> output;  // bytes ready for the program to read
   int repliesSent = 0;
   std::vector<BoardCommandRecord> commands;  // every complete command received
-  std::vector<BoardExposure> exposure;       // XY path while the laser pin was on
+  std::vector<BoardExposure> exposure;       // XY path while the laser channel was above 0
   double lastSampleXUm = 0, lastSampleYUm = 0;
 };
 

@@ -1,0 +1,101 @@
+// The pattern commands: see pattern_commands.h.
+#include "pattern/pattern_commands.h"
+
+#include <string>
+
+#include "app/responsive_wait.h"
+#include "app/station.h"
+#include "app/view_geometry.h"
+#include "camera/display_surface.h"
+#include "camera/live_render.h"
+#include "camera/picture_files.h"
+#include "pattern/edge_finding.h"
+#include "pattern/grouping.h"
+#include "pattern/mask_import.h"
+#include "pattern/writing_simulation.h"
+
+namespace {
+
+const Rgb kWhite{255, 255, 255};
+
+void showWholeWritingArea() {
+  station.zoom = 1.0 / station.magnification;
+  recomputeViewGeometry(station);
+}
+
+// The file dialog; a picked file becomes the held path and is drawn into image.
+void importPicture(std::wstring& heldPath, ImageBuffer& image) {
+  std::wstring chosen;
+  AskFileToOpen(chosen);
+  if (chosen.empty()) return;
+  heldPath = chosen;
+  showWholeWritingArea();
+  importPictureToImage(&heldPath, image);
+}
+
+void redrawPicture(const std::wstring& heldPath, ImageBuffer& image) {
+  if (operationRunning() == 1 || heldPath.empty()) return;
+  importPictureToImage(&heldPath, image);
+}
+
+void whiteDisplay() {
+  Canvas* window = canvasOnWindow(SurfaceWindow::Display);
+  canvasRectangle(window, station.displayRect, kWhite, &kWhite);
+  canvasFree(window);
+}
+
+}  // namespace
+
+void onImportImageCommand() {
+  if (operationRunning() == 1) return;
+  importPicture(maskPicturePath, maskImage);
+}
+
+void onImportAlignmentMarkCommand() {
+  if (operationRunning() == 1) return;
+  importPicture(alignmentMarkPicturePath, alignmentMarkImage);
+}
+
+void onShowMaskFileCommand() { redrawPicture(maskPicturePath, maskImage); }
+
+void onAlignMarkCommand() { redrawPicture(alignmentMarkPicturePath, alignmentMarkImage); }
+
+void onMaskPatternCommand() {
+  if (operationRunning() == 1 || maskPicturePath.empty()) return;
+  showWholeWritingArea();
+  renderMaskPattern(true, maskPicturePath, maskImage);
+}
+
+void onShowTargetPatternCommand() {
+  if (operationRunning() == 1) return;
+  buildTargetPattern(maskImage, alignmentMarkImage, targetPattern);
+  whiteDisplay();
+  RenderSnapshot(simulationImage.pixels, simulationImage.width, simulationImage.height, 0);
+}
+
+void onFindEdgesCommand() {
+  if (operationRunning() == 1) return;
+  findEdges(targetPattern.cells, cellGrid.edgeCodes, edgePoints, edgePointCount, kPatternSide,
+            kPatternSide);
+}
+
+void onGroupingCommand() {
+  if (operationRunning() == 1 || clusterTable == nullptr) return;
+  groupClusters(edgePoints, edgePointCount, clusterTable, clusterCount, 1);
+}
+
+void onSimulateWritingCommand() {
+  if (operationRunning() == 1) return;
+  redrawPatternView(0);
+}
+
+void onFinalPatternCommand() {
+  if (operationRunning() == 1) return;
+  whiteDisplay();
+  RenderPatternView(SurfaceWindow::Display, finalPattern.cells, kPatternSide, kPatternSide);
+}
+
+void onEraseMaskPatternCommand() {
+  if (operationRunning() == 1) return;
+  importPictureToImage(nullptr, maskImage);
+}

@@ -1,0 +1,124 @@
+// Edge finding: the codes of the boundary cells, the raster order and the 10,000 cap,
+// and what "Find Edges" shows the operator.
+#include "pattern/edge_finding.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "app/command_dispatch.h"
+#include "pattern_fixture.h"
+#include "resources/resource.h"
+
+namespace {
+
+class EdgeFinding : public PatternTest {
+ protected:
+  void findOn(const MaskPattern& grid, int width = kPatternSide, int height = kPatternSide) {
+    findEdges(grid.cells, cellGrid.edgeCodes, edgePoints, edgePointCount, width, height);
+  }
+  static int32_t code(int x, int y) { return cellGrid.edgeCodes[x][y]; }
+};
+
+TEST_F(EdgeFinding, ASingleDarkCellIsTheOnlyPointWithCode33) {
+  setCell(targetPattern, 400, 300, kDarkCell);
+  dispatchCommand(IDM_FIND_EDGES);
+  ASSERT_EQ(edgePointCount, 1);
+  EXPECT_EQ(edgePoints[0].x, 400);
+  EXPECT_EQ(edgePoints[0].y, 300);
+  EXPECT_EQ(code(400, 300), 33);
+  EXPECT_TRUE(hasLine("title: Edge points:1 found "));
+}
+
+TEST_F(EdgeFinding, TheGridBorderActsAsABrightNeighbour) {
+  for (auto [x, y] : {std::pair{0, 500}, {1, 500}, {0, 499}, {0, 501}}) {
+    setCell(targetPattern, x, y, kDarkCell);
+  }
+  EXPECT_EQ(edgeCode(targetPattern.cells, kPatternSide, kPatternSide, 0, 500), 1);
+}
+
+TEST_F(EdgeFinding, AnAllDarkGridHasOnlyItsBorderAsEdges) {
+  fillGrid(targetPattern, kDarkCell);
+  findOn(targetPattern);
+  EXPECT_EQ(edgePointCount, 3996);
+  EXPECT_EQ(code(0, 0), 11);
+  EXPECT_EQ(code(999, 999), 22);
+  EXPECT_EQ(code(999, 0), 12);
+  EXPECT_EQ(code(0, 999), 21);
+  EXPECT_EQ(code(500, 0), 10);
+  EXPECT_EQ(code(500, 999), 20);
+  EXPECT_EQ(code(0, 500), 1);
+  EXPECT_EQ(code(999, 500), 2);
+  EXPECT_EQ(code(500, 500), 0);
+  // Raster order: row 0 first, from x = 0; then (0, 1), (999, 1), ...
+  EXPECT_EQ(edgePoints[999].x, 999);
+  EXPECT_EQ(edgePoints[1000].x, 0);
+  EXPECT_EQ(edgePoints[1000].y, 1);
+  EXPECT_EQ(edgePoints[1001].x, 999);
+}
+
+TEST_F(EdgeFinding, TheListStopsAt10000PointsAndTheLastKeepsNoCode) {
+  for (int y = 0; y < kPatternSide; ++y) {
+    for (int x = 0; x < kPatternSide; x += 2) setCell(targetPattern, x, y, kDarkCell);
+  }
+  dispatchCommand(IDM_FIND_EDGES);
+  ASSERT_EQ(edgePointCount, 10000);
+  const EdgePoint last = edgePoints[9999];
+  EXPECT_EQ(last.x, 998);  // the 20th row of 500 dark columns ends at x = 998
+  EXPECT_EQ(last.y, 19);
+  EXPECT_EQ(code(last.x, last.y), 0);
+  EXPECT_EQ(code(996, 19), 3);
+  EXPECT_EQ(code(0, 20), 0);  // never examined
+  EXPECT_TRUE(hasLine("title: Edge points:10000 found "));
+}
+
+TEST_F(EdgeFinding, ABrightGridHasNoEdges) {
+  dispatchCommand(IDM_FIND_EDGES);
+  EXPECT_EQ(edgePointCount, 0);
+  EXPECT_TRUE(hasLine("title: Edge points:0 found "));
+}
+
+TEST_F(EdgeFinding, TheScanGivesEveryCellTheCodeOfTheSingleCellRule) {
+  std::mt19937 random(3);
+  std::bernoulli_distribution dark(0.45);
+  for (auto [width, height] : {std::pair{1000, 1000}, {200, 200}, {37, 23}, {1, 5}}) {
+    SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
+    for (int i = 0; i < width * height; ++i) finePattern.cells[i] = dark(random) ? 0 : 1;
+    findOn(finePattern, width, height);
+    int expectedPoints = 0;
+    for (int y = 0; y < height; ++y) {
+      for (int x = 0; x < width; ++x) {
+        const int32_t expected = edgeCode(finePattern.cells, width, height, x, y);
+        if (expected != 0) ++expectedPoints;
+        if (expectedPoints < 10000) {
+          ASSERT_EQ(code(x, y), expected);
+        }
+      }
+    }
+    EXPECT_EQ(edgePointCount, std::min(expectedPoints, 10000));
+  }
+}
+
+TEST_F(EdgeFinding, FindEdgesIsIgnoredWhileAnOperationRuns) {
+  setCell(targetPattern, 5, 5, kDarkCell);
+  edgePointCount = 0;
+  station.moveBusy = 1;
+  dispatchCommand(IDM_FIND_EDGES);
+  EXPECT_EQ(edgePointCount, 0);
+  EXPECT_TRUE(recordedCalls().empty());
+}
+
+TEST_F(EdgeFinding, TheRemainingPointsScanSkipsTheOuterRing) {
+  setCell(targetPattern, 0, 0, kDarkCell);
+  setCell(targetPattern, 1, 1, kDarkCell);
+  setCell(targetPattern, 998, 998, kDarkCell);
+  setCell(targetPattern, 999, 500, kDarkCell);
+  scanRemainingPoints();
+  EXPECT_EQ(remainingPointCount, 2);
+  Rgb colour{};
+  ASSERT_TRUE(recordedDirectPixel(SurfaceWindow::Main, 1, 999, colour));
+  EXPECT_EQ(colour.red, 255);
+  EXPECT_TRUE(hasLine("status: Remaining points:2 found "));
+}
+
+}  // namespace

@@ -1,0 +1,223 @@
+// Grouping edge points into clusters: what the operator sees (rectangles, counts,
+// messages) and the equality with the plain algorithm on many kinds of point sets.
+#include "pattern/grouping.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+#include "app/command_dispatch.h"
+#include "grouping_reference.h"
+#include "pattern/edge_finding.h"
+#include "pattern_fixture.h"
+#include "point_sets.h"
+#include "resources/resource.h"
+
+using ::testing::Contains;
+
+namespace {
+
+class Grouping : public PatternTest {
+ protected:
+  int group(const PointSet& points, int scale = 1) {
+    int32_t used = -1;
+    groupClusters(points.data(), static_cast<int>(points.size()), clusterTable, used, scale);
+    return used;
+  }
+
+  static std::vector<std::string> statusTexts() {
+    std::vector<std::string> texts;
+    for (const std::string& line : recordedCalls()) {
+      if (line.rfind("status: ", 0) == 0) texts.push_back(line.substr(8, line.find("   ") - 8));
+    }
+    return texts;
+  }
+
+  static std::vector<std::string> rectangles() {
+    std::vector<std::string> drawn;
+    for (const std::string& line : recordedDisplayCalls()) {
+      if (line.rfind("rect ", 0) == 0) drawn.push_back(line);
+    }
+    return drawn;
+  }
+};
+
+// The fast grouping and the reference on the same points: the same slots used, the same
+// stop, and per slot the same count, points in the same order and the same bounds.
+void expectSameAsReference(const PointSet& points) {
+  static std::unique_ptr<Cluster[]> reference(new Cluster[kClusterCapacity]());
+  static std::unique_ptr<Cluster[]> fast(new Cluster[kClusterCapacity]());
+  const int n = static_cast<int>(points.size());
+  const ClusterFormation expected = referenceFormClusters(points.data(), n, reference.get());
+  const ClusterFormation got = formClusters(points.data(), n, fast.get());
+  ASSERT_EQ(got.used, expected.used);
+  ASSERT_EQ(got.stopped, expected.stopped);
+  referenceClusterBounds(reference.get(), expected.used);
+  clusterBounds(fast.get(), got.used);
+  auto same = [](EdgePoint a, EdgePoint b) { return a.x == b.x && a.y == b.y; };
+  for (int c = 0; c < expected.used; ++c) {
+    const Cluster& e = reference[c];
+    const Cluster& g = fast[c];
+    ASSERT_EQ(g.count, e.count) << "cluster " << c;
+    for (int i = 0; i < e.count; ++i) {
+      ASSERT_TRUE(same(g.points[i], e.points[i])) << "cluster " << c << " point " << i;
+    }
+    if (e.count == 0) continue;
+    EXPECT_TRUE(same(g.leftmost, e.leftmost) && same(g.topmost, e.topmost) &&
+                same(g.rightmost, e.rightmost) && same(g.bottommost, e.bottommost))
+        << "bounds of cluster " << c;
+  }
+}
+
+TEST_F(Grouping, PointsTwoApartTouchAndThreeApartDoNot) {
+  EXPECT_EQ(group({pointAt(10, 10), pointAt(11, 11)}), 1);
+  EXPECT_THAT(statusTexts(), Contains("1 clusters found"));
+  EXPECT_EQ(group({pointAt(10, 10), pointAt(12, 11)}), 2);
+  EXPECT_THAT(statusTexts(), Contains("2 clusters found"));
+}
+
+TEST_F(Grouping, AUShapeScannedArmsFirstEndsAsOneCluster) {
+  // Two arms rising from rows 0..49, joined by a bar at rows 50..52: in raster order the
+  // arms open two clusters, and the merge passes join them.
+  darkRectangle(targetPattern.cells, kPatternSide, 100, 0, 110, 50);
+  darkRectangle(targetPattern.cells, kPatternSide, 200, 0, 210, 50);
+  darkRectangle(targetPattern.cells, kPatternSide, 100, 50, 210, 53);
+  dispatchCommand(IDM_FIND_EDGES);
+  dispatchCommand(IDM_GROUPING);
+  EXPECT_EQ(clusterCount, 2);  // slots used, the emptied one included
+  EXPECT_EQ(clusterTable[1].count, 0);
+  EXPECT_EQ(clusterTable[0].count, edgePointCount);
+  EXPECT_EQ(statusTexts().back(), "1 clusters found");
+  // The rectangle of the whole U, y flipped into the writing area (116, 14).
+  EXPECT_THAT(rectangles(), ::testing::ElementsAre("rect 216,1014,325,962 pen 646464 hollow"));
+}
+
+TEST_F(Grouping, AnEmptyListFindsNoCluster) {
+  EXPECT_EQ(group({}), 0);
+  EXPECT_EQ(statusTexts().back(), "0 clusters found");
+  EXPECT_TRUE(rectangles().empty());
+}
+
+TEST_F(Grouping, The998thSeparatePointOverflowsMaxGrain) {
+  PointSet points;
+  for (int i = 0; i < 998; ++i) points.push_back(pointAt((i % 100) * 10, (i / 100) * 10));
+  EXPECT_EQ(group(points), 997);
+  EXPECT_EQ(statusTexts(), (std::vector<std::string>{"MAX_GRAIN overflow: group counting stopped",
+                                                     "997 clusters found"}));
+  for (int c = 0; c < 997; ++c) ASSERT_EQ(clusterTable[c].count, 1);
+}
+
+TEST_F(Grouping, RectanglesOfTheCoarsePassAreScaledByTheBlockSize) {
+  group({pointAt(10, 20), pointAt(11, 21), pointAt(12, 22)}, 5);
+  EXPECT_THAT(rectangles(), ::testing::ElementsAre("rect 166,914,176,904 pen 646464 hollow"));
+}
+
+TEST_F(Grouping, GroupingIsIgnoredWhileAnOperationRuns) {
+  edgePointCount = 1;
+  edgePoints[0] = pointAt(5, 5);
+  writingActive = 1;
+  dispatchCommand(IDM_GROUPING);
+  EXPECT_TRUE(recordedCalls().empty());
+  EXPECT_TRUE(recordedDisplayCalls().empty());
+}
+
+TEST_F(Grouping, APointTouchingTwoClustersJoinsTheFirstAndTheyMerge) {
+  PointSet points;
+  for (int x = 0; x < 6000; ++x) points.push_back(pointAt(x, 4));  // cluster 0
+  for (int x = 0; x < 3997; ++x) points.push_back(pointAt(x, 0));  // cluster 1, 4 rows below
+  points.push_back(pointAt(3996, 2));                              // touches both
+  expectSameAsReference(points);
+  EXPECT_EQ(group(points), 2);
+  EXPECT_EQ(clusterTable[0].count, 9998);
+  EXPECT_EQ(clusterTable[0].points[6000].x, 3996);  // the joining point, then cluster 1's
+  EXPECT_EQ(clusterTable[0].points[6001].x, 0);
+  EXPECT_EQ(clusterTable[1].count, 0);
+}
+
+TEST_F(Grouping, AClusterStopsTakingPointsAt9999) {
+  PointSet points;
+  for (int x = 0; x < 10000; ++x) points.push_back(pointAt(x % 1000, (x / 1000) * 2));
+  expectSameAsReference(points);
+  group(points);
+  EXPECT_EQ(clusterTable[0].count, 9999);
+}
+
+TEST_F(Grouping, MatchesThePlainAlgorithmOnRandomPoints) {
+  for (uint32_t seed = 1; seed <= 6; ++seed) {
+    for (int side : {40, 150, 400, 1000}) {
+      SCOPED_TRACE("seed " + std::to_string(seed) + " side " + std::to_string(side));
+      expectSameAsReference(randomPoints(static_cast<int>(seed) * 1600, side, seed));
+    }
+  }
+}
+
+TEST_F(Grouping, MatchesThePlainAlgorithmOnClusteredPoints) {
+  for (uint32_t seed = 1; seed <= 6; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    expectSameAsReference(clusteredPoints(10000, 20 * static_cast<int>(seed), 6, seed));
+    expectSameAsReference(clusteredPoints(10000, 600, 2, seed));
+  }
+}
+
+TEST_F(Grouping, MatchesThePlainAlgorithmOnAdversarialPoints) {
+  {
+    SCOPED_TRACE("adversarial");
+    expectSameAsReference(adversarialPoints(10000));
+  }
+  {
+    SCOPED_TRACE("many small clusters");
+    expectSameAsReference(manySmallClusters(10000));
+  }
+  {
+    SCOPED_TRACE("long outline");
+    expectSameAsReference(longOutline(10000));
+  }
+  {
+    SCOPED_TRACE("comb");
+    expectSameAsReference(combOutline(110, 35));  // 9,350 points
+  }
+  // Chains whose links arrive in reverse order, so every merge pass finds more.
+  PointSet chain;
+  for (int i = 0; i < 900; ++i) chain.push_back(pointAt(3 * (899 - i), (i % 2) * 3));
+  for (int i = 0; i < 900; ++i) chain.push_back(pointAt(3 * i + 1, 1 + (i % 3 == 0)));
+  expectSameAsReference(chain);
+  // Coordinates at the ends of the 16-bit range are far apart, not neighbours.
+  expectSameAsReference({pointAt(32767, 0), pointAt(-32768, 0), pointAt(32766, 1),
+                         pointAt(-32767, -32768), pointAt(-32768, 32767)});
+}
+
+TEST_F(Grouping, MatchesThePlainAlgorithmOnEdgesOfRandomMasks) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 4; ++round) {
+    fillGrid(targetPattern, kBrightCell);
+    std::uniform_int_distribution<int> corner(0, 980);
+    std::uniform_int_distribution<int> size(1, 40);
+    for (int r = 0; r < 150; ++r) {
+      const int x = corner(random), y = corner(random);
+      darkRectangle(targetPattern.cells, kPatternSide, x, y, x + size(random), y + size(random));
+    }
+    findEdges(targetPattern.cells, cellGrid.edgeCodes, edgePoints, edgePointCount, kPatternSide,
+              kPatternSide);
+    expectSameAsReference(PointSet(edgePoints, edgePoints + edgePointCount));
+  }
+}
+
+TEST_F(Grouping, MergeIfTouchingMovesTheSecondClusterIntoTheFirst) {
+  auto a = std::make_unique<Cluster>();
+  auto b = std::make_unique<Cluster>();
+  a->count = 2;
+  a->points[0] = pointAt(0, 0);
+  a->points[1] = pointAt(5, 0);
+  b->count = 2;
+  b->points[0] = pointAt(7, 0);
+  b->points[1] = pointAt(9, 0);
+  mergeIfTouching(*a, *b);
+  EXPECT_EQ(a->count, 4);
+  EXPECT_EQ(a->points[2].x, 7);
+  EXPECT_EQ(a->points[3].x, 9);
+  EXPECT_EQ(b->count, 0);
+  mergeIfTouching(*a, *b);  // b is empty: nothing touches
+  EXPECT_EQ(a->count, 4);
+}
+
+}  // namespace
