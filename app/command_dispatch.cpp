@@ -8,8 +8,12 @@
 #include "app/view_geometry.h"
 #include "camera/camera_commands.h"
 #include "camera/live_view.h"
+#include "link/coarse_focusing.h"
 #include "link/jog_pad.h"
 #include "link/stage_commands.h"
+#include "link/test_writing.h"
+#include "pattern/line_commands.h"
+#include "pattern/line_editing.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_stores.h"
 #include "resources/resource.h"
@@ -49,6 +53,17 @@ void dispatchCommand(int id) {
     case IDM_CAMERA_AUTO_SETTING: onCameraAutoSetting(); break;
     case IDM_CAMERA_BLUE_ONLY: onCameraBlueOnly(); break;
     case IDM_APPLY_GAIN_EXPOSURE: onCameraManualEntry(); break;
+    case IDC_LINE_WIDTH_1: setWidthClass(1); break;
+    case IDC_LINE_WIDTH_3: setWidthClass(3); break;
+    case IDC_LINE_WIDTH_6: setWidthClass(6); break;
+    case IDC_LINE_WIDTH_10: setWidthClass(10); break;
+    case IDC_LINE_ERASE: startErasing(); break;
+    case IDM_IMPORT_LINE_PATTERNS: onImportLinePatternsCommand(); break;
+    case IDM_DELETE_ALL_LINES: onDeleteAllLinesCommand(); break;
+    case IDC_FOCUS: onFocusCommand(); break;
+    case IDM_PR_TEST: onPRTestCommand(); break;
+    case IDM_BLACK_TAPE_TEST: onBlackTapeTestCommand(); break;
+    case IDM_LONG_STROKE_TEST: onLongStrokeTestCommand(); break;
     default: break;  // unknown ids are ignored
   }
 }

@@ -1,4 +1,8 @@
-// Nothing to redraw yet: the mask, mark and line layers arrive with pattern preparation.
+// The mask and mark layers arrive with pattern preparation; the lines are drawn last, on top.
 #include "app/display_layers.h"
 
-void redrawDisplayLayers() {}
+#include "pattern/line_display.h"
+
+void redrawDisplayLayers() {
+  if (linesEnabled == 1) drawLines(SurfaceWindow::Display);
+}

@@ -62,11 +62,14 @@ double machineUm(const VirtualBoard& board, int axis, uint64_t nowMs) {
   return double(machineStepsAt(a, nowMs)) / a.stepsPerUm;
 }
 
-// Extends the exposure log up to the stage position at nowMs.
+// Extends the exposure log up to the stage position at nowMs. The laser emits while its
+// intensity channel is above zero: the writing programs expose with the switch pin low
+// and only raise the voltage, and the switch sets the voltage with the pin.
 void sampleExposure(VirtualBoard& board, uint64_t nowMs) {
   double x = machineUm(board, 0, nowMs);
   double y = machineUm(board, 1, nowMs);
-  if (boardPin(board, kBoardLaserPin) > 0 && (x != board.lastSampleXUm || y != board.lastSampleYUm))
+  if (boardPwm(board, kBoardLaserChannel) > 0 &&
+      (x != board.lastSampleXUm || y != board.lastSampleYUm))
     board.exposure.push_back(
         {board.lastSampleXUm, board.lastSampleYUm, x, y, boardPwm(board, kBoardLaserChannel)});
   board.lastSampleXUm = x;

@@ -61,10 +61,10 @@ TEST(VirtualBoard, KeepsOutputsAndLogsTheExposedPath) {
   Board board;
   board.send({"G 5 127", "D 6 5", "s6400", "a1000000", "m6400"}, 0);  // 1000 um along X
   board.read(2000);
-  board.send({"D 6 0", "m0"}, 2000);
+  board.send({"D 6 0", "G 5 0", "m0"}, 2000);
   board.read(4000);
   EXPECT_EQ(boardPin(board.b, 6), 0);
-  EXPECT_EQ(boardPwm(board.b, 5), 127);
+  EXPECT_EQ(boardPwm(board.b, 5), 0);
   ASSERT_FALSE(board.b.exposure.empty());
   EXPECT_DOUBLE_EQ(board.b.exposure.front().x0Um, 0.0);
   EXPECT_DOUBLE_EQ(board.b.exposure.back().x1Um, 1000.0);
