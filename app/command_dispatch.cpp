@@ -11,8 +11,12 @@
 #include "app/writing_run.h"
 #include "camera/camera_commands.h"
 #include "camera/live_view.h"
+#include "link/coarse_focusing.h"
 #include "link/jog_pad.h"
 #include "link/stage_commands.h"
+#include "link/test_writing.h"
+#include "pattern/line_commands.h"
+#include "pattern/line_editing.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_commands.h"
 #include "pattern/pattern_stores.h"
@@ -89,6 +93,18 @@ void dispatchCommand(int id) {
     case IDM_SIMULATE_WRITING: onSimulateWritingCommand(); break;
     case IDM_FINAL_PATTERN: onFinalPatternCommand(); break;
     case IDM_ERASE_MASK_PATTERN: onEraseMaskPatternCommand(); break;
+
+    case IDC_LINE_WIDTH_1: setWidthClass(1); break;
+    case IDC_LINE_WIDTH_3: setWidthClass(3); break;
+    case IDC_LINE_WIDTH_6: setWidthClass(6); break;
+    case IDC_LINE_WIDTH_10: setWidthClass(10); break;
+    case IDC_LINE_ERASE: startErasing(); break;
+    case IDM_IMPORT_LINE_PATTERNS: onImportLinePatternsCommand(); break;
+    case IDM_DELETE_ALL_LINES: onDeleteAllLinesCommand(); break;
+    case IDC_FOCUS: onFocusCommand(); break;
+    case IDM_PR_TEST: onPRTestCommand(); break;
+    case IDM_BLACK_TAPE_TEST: onBlackTapeTestCommand(); break;
+    case IDM_LONG_STROKE_TEST: onLongStrokeTestCommand(); break;
     default: break;  // unknown ids are ignored
   }
 }

@@ -20,6 +20,7 @@ struct DataPaths {
   std::filesystem::path runFolder;   // data folder\run name, valid once created
   std::wstring maskFileName = L"mask.png";
   std::wstring alignmentMarkFileName = L"alignment_mark.png";
+  std::wstring lineFileName;                    // the line file saved last, empty before the first
   std::vector<std::vector<int32_t>> cellMarks;  // [cellsX][cellsY], zero-filled
   int runFolderCreated = 0;
 };

@@ -1,9 +1,11 @@
 // The display's layers after a zoom step or "Simulate Writing": the target pattern built
 // from the pictures, resampled at the zoom, composed in blue over the camera picture and
-// painted on the display window, then the time estimate (changeZoom refreshes it).
+// painted on the display window, the vector lines on top while "lines" is checked, then
+// the time estimate (changeZoom refreshes it).
 #include "app/display_layers.h"
 
 #include "camera/live_render.h"
+#include "pattern/line_display.h"
 #include "pattern/mask_import.h"
 #include "pattern/writing_simulation.h"
 
@@ -12,4 +14,5 @@ void redrawDisplayLayers() {
   resamplePattern(targetPattern, zoomedPattern);
   composeSimulation(zoomedPattern, simulationImage);
   RenderLive(SurfaceWindow::Display, simulationImage);
+  if (linesEnabled == 1) drawLines(SurfaceWindow::Display);
 }

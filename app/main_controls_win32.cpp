@@ -3,6 +3,8 @@
 
 #include <cwchar>
 
+#include "pattern/line_commands.h"
+#include "pattern/line_pattern.h"
 #include "resources/resource.h"
 
 MainControlHandles mainControls = {};
@@ -167,6 +169,12 @@ void createMainControls(HWND window) {
       {Kind::Box, 0, L"", 1322, 710, 50, 20, &h.exposureBox},
       {Kind::Box, 0, L"", 1382, 710, 50, 20, nullptr},
       {Kind::Check, IDC_CENTER_WRITING_ONLY, L"Center Writing Only", 1262, 750, 150, 20, nullptr},
+      {Kind::Label, 0, L"Draw Line (um)", 1262, 790, 120, 20, nullptr},
+      {Kind::Radio, IDC_LINE_WIDTH_1, L"1", 1262, 812, 35, 20, nullptr},
+      {Kind::Radio, IDC_LINE_WIDTH_3, L"3", 1297, 812, 35, 20, nullptr},
+      {Kind::Radio, IDC_LINE_WIDTH_6, L"6", 1332, 812, 35, 20, nullptr},
+      {Kind::Radio, IDC_LINE_WIDTH_10, L"10", 1367, 812, 40, 20, nullptr},
+      {Kind::Radio, IDC_LINE_ERASE, L"Erase", 1407, 812, 55, 20, nullptr},
       {Kind::Check, IDC_MASK_LAYER, L"Mask", 1252, 950, 55, 20, nullptr},
       {Kind::Check, IDC_LINES_LAYER, L"lines", 1309, 950, 55, 20, nullptr},
       {Kind::Check, IDC_MARK_LAYER, L"Mark", 1362, 950, 55, 20, nullptr},
@@ -178,6 +186,7 @@ void createMainControls(HWND window) {
       {Kind::Box, IDC_DY_BOX, L"", 1362, 1030, 30, 20, &h.dyBox},
   };
   createControls(window, layouts, sizeof layouts / sizeof layouts[0]);
+  CheckRadioButton(window, IDC_LINE_WIDTH_1, IDC_LINE_ERASE, widthRadioFor(linePattern.widthClass));
   installBoxKeys();
 }
 

@@ -41,6 +41,12 @@ void canvasEllipse(Canvas* canvas, const IntRect& rect, Rgb pen);
 // background) when colour is null.
 void canvasText(Canvas* canvas, int x, int y, const std::string& text, const Rgb* colour);
 void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour);
+// A straight line with a solid pen penWidth pixels wide; the end pixel is left out, as a
+// GDI line leaves it.
+void canvasLine(Canvas* canvas, IntPoint from, IntPoint to, int penWidth, Rgb colour);
+// The same line, 1 pixel wide, drawn by inverting the pixels under it: drawing it a second
+// time restores the picture (the rubber band of line editing).
+void canvasInvertLine(Canvas* canvas, IntPoint from, IntPoint to);
 
 // Copies onto the window the canvas was made for.
 bool canvasBlit(Canvas* canvas, int x, int y);

@@ -255,6 +255,28 @@ void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour) {
   drawOn(canvas, [&](HDC dc) { SetPixel(dc, x, y, colourOf(colour)); });
 }
 
+void canvasLine(Canvas* canvas, IntPoint from, IntPoint to, int penWidth, Rgb colour) {
+  drawOn(canvas, [&](HDC dc) {
+    HPEN line = CreatePen(PS_SOLID, penWidth, colourOf(colour));
+    HGDIOBJ oldPen = SelectObject(dc, line);
+    MoveToEx(dc, from.x, from.y, nullptr);
+    LineTo(dc, to.x, to.y);
+    SelectObject(dc, oldPen);
+    DeleteObject(line);
+  });
+}
+
+void canvasInvertLine(Canvas* canvas, IntPoint from, IntPoint to) {
+  drawOn(canvas, [&](HDC dc) {
+    const int oldMode = SetROP2(dc, R2_NOT);
+    HGDIOBJ oldPen = SelectObject(dc, GetStockObject(BLACK_PEN));
+    MoveToEx(dc, from.x, from.y, nullptr);
+    LineTo(dc, to.x, to.y);
+    SelectObject(dc, oldPen);
+    SetROP2(dc, oldMode);
+  });
+}
+
 bool canvasBlit(Canvas* canvas, int x, int y) {
   if (canvas->memory == nullptr || canvas->bitmap == nullptr) return false;
   // The live canvas outlives window creation, so the window is looked up every time.

@@ -65,6 +65,11 @@
 #define IDC_CAMERA_CAPTURE 2102
 #define IDC_STATUS_BOX 2103
 #define IDC_SHOW 2104
+#define IDC_LINE_WIDTH_1 2105  // the "Draw Line (um)" radio group, 2105..2109
+#define IDC_LINE_WIDTH_3 2106
+#define IDC_LINE_WIDTH_6 2107
+#define IDC_LINE_WIDTH_10 2108
+#define IDC_LINE_ERASE 2109
 #define IDC_VIDEO_ON 2112
 #define IDC_VIDEO_OFF 2113
 #define IDC_BLINK 2117

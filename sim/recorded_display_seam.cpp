@@ -47,6 +47,10 @@ std::string rectText(const IntRect& rect) {
          std::to_string(rect.right) + "," + std::to_string(rect.bottom);
 }
 
+std::string pointText(IntPoint point) {
+  return std::to_string(point.x) + "," + std::to_string(point.y);
+}
+
 bool failing(const std::string& step) {
   auto found = failures.find(step);
   if (found == failures.end() || found->second == 0) return false;
@@ -168,6 +172,16 @@ void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour) {
   pixel[0] = colour.blue;
   pixel[1] = colour.green;
   pixel[2] = colour.red;
+}
+
+void canvasLine(Canvas* canvas, IntPoint from, IntPoint to, int penWidth, Rgb colour) {
+  calls.push_back(std::string("line ") + windowName(canvas->window) + " " + pointText(from) + "-" +
+                  pointText(to) + " width " + std::to_string(penWidth) + " pen " + hex(colour));
+}
+
+void canvasInvertLine(Canvas* canvas, IntPoint from, IntPoint to) {
+  calls.push_back(std::string("invert ") + windowName(canvas->window) + " " + pointText(from) +
+                  "-" + pointText(to));
 }
 
 bool canvasBlit(Canvas* canvas, int x, int y) {

@@ -1,0 +1,71 @@
+// "Start PR test": five rows 800 um apart on photoresist, each at one laser voltage (3.8 V
+// rising by 0.1 V a row), written as 100 steps of 40 um and 1 um along X at an eighth of
+// the skip speed, so each row runs 4100 um with the voltage up.
+#include "app/live_view_control.h"
+#include "app/responsive_wait.h"
+#include "app/station.h"
+#include "link/controller_commands.h"
+#include "link/stage_motion.h"
+#include "link/test_writing.h"
+
+namespace {
+
+constexpr int kRows = 5;
+constexpr int kStepsPerRow = 100;
+constexpr double kStepUm = 40.0;
+constexpr double kFineStepUm = 1.0;
+constexpr int kRowPitchUm = 800;
+constexpr double kStartVolts = 3.8;
+constexpr double kVoltsPerRow = 0.1;
+constexpr int kStartDzUm = -50;
+constexpr int kSpeedDivisor = 8;  // of the skip speed, while writing
+constexpr int kRowMoveSpeedUmPerS = 800;
+constexpr int kStepWaitMs = 10;
+
+bool stopped() { return station.stopRequested == 1; }
+
+// The rows; returns early on a stop, with the voltage still up.
+void writeRows(double xs, double ys, double rs) {
+  for (int row = 0; row < kRows; ++row) {
+    SetLaserVoltage(laser, kStartVolts + kVoltsPerRow * row);
+    int speed = station.writingSpeed / kSpeedDivisor;
+    SetAxisSpeed(serialLink, 0, speed);
+    for (int step = 0; step < kStepsPerRow; ++step) {
+      MoveAxisBy(serialLink, 0, kStepUm);
+      MoveAxisBy(serialLink, 0, kFineStepUm);
+      if (waitResponsive(kStepWaitMs) == 0 || stopped()) return;
+    }
+    SwitchLaser(laser, 0);
+    MoveAxisAndWait(serialLink, 2, rs);
+    MoveXY(xs, ys + kRowPitchUm * (row + 1), kRowMoveSpeedUmPerS);
+  }
+}
+
+}  // namespace
+
+void PRTest() {
+  SerialLink& link = serialLink;
+  writingActive = 1;
+  station.stopRequested = 0;
+  const double x0 = link.positionUm[0], y0 = link.positionUm[1];
+  const double reference = link.positionUm[0];
+
+  MoveXY(x0 + laser.laserShiftX, y0 + laser.laserShiftY, station.writingSpeed);
+  MoveAxisBy(link, 2, laser.laserShiftZ + kStartDzUm);
+  const double xs = link.positionUm[0], ys = link.positionUm[1];
+  const double startReference = link.positionUm[0];
+
+  if (!stopped()) writeRows(xs, ys, startReference);
+
+  SwitchLaser(laser, 0);
+  MoveAxisAndWait(link, 2, reference);
+  MoveXY(x0, y0, station.writingSpeed);
+  station.stopRequested = 0;
+  writingActive = 0;
+}
+
+void onPRTestCommand() {
+  if (operationRunning()) return;
+  setLiveView(kLiveViewOff);
+  PRTest();
+}

@@ -1,0 +1,138 @@
+// Coarse focusing: the sharpness measure on synthetic planes and frames, the rule that
+// ends the search, and whole runs on the virtual board and camera, where the sample is
+// sharp at stage Z = 0 and X rests at 0 after the port opened.
+#include <algorithm>
+
+#include "app/command_dispatch.h"
+#include "app/live_view_control.h"
+#include "camera/Basler_camera.h"
+#include "link/coarse_focusing.h"
+#include "link/controller_commands.h"
+#include "link/focus_measure.h"
+#include "link/stage_motion.h"
+#include "link_fixture.h"
+#include "resources/resource.h"
+#include "sim/recorded_display.h"
+#include "sim/virtual_camera.h"
+
+namespace {
+
+class Focusing : public LinkTest {
+ protected:
+  void SetUp() override {
+    LinkTest::SetUp();
+    virtualCameraReset();
+    recordedDisplayReset();
+    camera.connected = 0;
+    camera.camera = nullptr;
+    ASSERT_EQ(CameraConnect(camera), 1);
+    CameraSetup(camera, 4);  // manual gain and exposure, as at start-up
+    openWithSpeeds(1000, 1000, 1000);
+  }
+
+  static int statusLinesStartingWith(const std::string& prefix) {
+    const auto& calls = recordedCalls();
+    return static_cast<int>(std::count_if(calls.begin(), calls.end(), [&](const std::string& c) {
+      return c.rfind("status: " + prefix, 0) == 0;
+    }));
+  }
+};
+
+void fillPlane(BinnedPlane& plane, float value) {
+  for (auto& row : plane) std::fill(std::begin(row), std::end(row), value);
+}
+
+// Each bright spot counts at itself and at the places k before and after it along i.
+TEST(FocusMeasure, FewerThanElevenContrastPositionsGiveTheFloor) {
+  static BinnedPlane plane;
+  fillPlane(plane, 100.0f);
+  EXPECT_DOUBLE_EQ(planeSharpness(plane, kFocusOffset), 0.0001);
+  for (int spot = 0; spot < 3; ++spot) plane[50][50 + 20 * spot] = 200.0f;
+  EXPECT_DOUBLE_EQ(planeSharpness(plane, kFocusOffset), 0.0001) << "9 positions";
+  plane[50][110] = 200.0f;
+  // 12 positions: each spot gives 200 + 200 at itself and 100 at each neighbour.
+  EXPECT_DOUBLE_EQ(planeSharpness(plane, kFocusOffset), 4 * 600.0 / 12 / 100.0);
+}
+
+TEST_F(Focusing, AFrameIsBinnedFourByFourPerColourAndItsMeasureShown) {
+  virtualCameraUseFixedFrame(90);
+  CameraGrab(camera, 1);
+  displayFrame.pixels[(8 * 1232 + 12) * 4 + 2] = 106;  // red of pixel (12, 8)
+  EXPECT_FLOAT_EQ(frameSharpness(displayFrame), 0.0001f);
+  EXPECT_FLOAT_EQ(binnedRed[2][3], 91.0f);
+  EXPECT_FLOAT_EQ(binnedGreen[2][3], 90.0f);
+  EXPECT_EQ(recordedBoxText(Box::Status), "0.000");
+}
+
+TEST(FocusSearch, TheSearchGoesOnAtLeastFourStepsPastTheBest) {
+  // The best at step 10, then a sharp fall: the search ends at step 14, not before.
+  for (int step = 11; step <= 13; ++step)
+    EXPECT_FALSE(searchPassedPeak(1.0f, 0.2f, 0.1f, step, 10));
+  EXPECT_TRUE(searchPassedPeak(1.0f, 0.2f, 0.1f, 14, 10));
+  EXPECT_FALSE(searchPassedPeak(1.0f, 0.2f, 0.8f, 14, 10)) << "not fallen below 80 %";
+  EXPECT_FALSE(searchPassedPeak(1.0f, 0.9f, 0.1f, 14, 10)) << "peak not 1.2 x the least";
+  EXPECT_FALSE(searchPassedPeak(0.09f, 0.01f, 0.01f, 14, 10)) << "peak not above 0.1";
+}
+
+// "Focus" started 450 um below focus: with its lift of 500 um the walk down in 5 um steps passes
+// the focus at step 10. Z is then driven to the X reading taken at the best step, which is 0, the X
+// position: the crossing the station has always had.
+TEST_F(Focusing, OnTheVirtualCameraTheSearchStopsPastThePeakAndDrivesZToTheBest) {
+  MoveAxisAndWait(serialLink, 2, -450.0);
+  setLiveView(kLiveViewOn);
+  recordedFeedbackReset();
+  dispatchCommand(IDC_FOCUS);  // lamp on, lift 500 um, 300 um/s
+
+  EXPECT_TRUE(hasLine("status: Course Focusing has started"));
+  EXPECT_TRUE(hasLine("status: Focusing [0]: "));
+  const int steps = statusLinesStartingWith("Focusing [");
+  EXPECT_GE(steps, 14);
+  EXPECT_LE(steps, 30);
+  EXPECT_TRUE(hasLine("status: Course Focusing Completed"));
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
+  EXPECT_EQ(serialLink.speedUmPerS[0], 600) << "X left at twice the speed";
+  EXPECT_EQ(station.focusingActive, 0);
+  EXPECT_EQ(setLiveView(kLiveViewQueryNow), 1) << "the live view runs again";
+  EXPECT_TRUE(hasLine("timer 1: killed"));
+}
+
+// "Focus" with X parked on its lower limit: the first step ends the search, the flat
+// frames never reach 0.1, and Z goes back to the start value, which is the X reading of
+// -1000 um. While another operation runs the command does nothing.
+TEST_F(Focusing, AFlatPictureOnTheLowerLimitEndsWithTheErrorAndZAtTheStartReading) {
+  virtualSerialBoard().axes[0].minMachineSteps = -6400;  // the X switch at -1000 um
+  MoveAxisAndWait(serialLink, 0, -2000.0);
+  ASSERT_NE(serialLink.lowerLimit[0], 0.0);
+  virtualCameraUseFixedFrame(128);
+  virtualSerialClearWritten();
+  writingActive = 1;
+  dispatchCommand(IDC_FOCUS);
+  EXPECT_TRUE(sentCommands().empty());
+  writingActive = 0;
+  recordedFeedbackReset();
+  dispatchCommand(IDC_FOCUS);
+
+  const auto sent = sentCommands();
+  ASSERT_GE(sent.size(), 2u);
+  EXPECT_EQ(sent[0], "D 6 0") << "laser off";
+  EXPECT_EQ(sent[1], "D 7 5") << "lamp on";
+  EXPECT_TRUE(hasLine("status: Z Limited [0]: 0.00/0.00"));
+  EXPECT_EQ(statusLinesStartingWith("Focusing ["), 1);
+  EXPECT_TRUE(hasLine("message Error in focusing: Please, adjust the sample posion"));
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -1000.0);
+}
+
+TEST_F(Focusing, AStopDuringTheLiftEndsTheRunWithZLeftWhereItIs) {
+  recordedScriptClick(virtualClockNow() + 100, QueuedTarget::DisplayWindow);
+  recordedQueueAnswer(Answer::Yes);
+  CoarseFocusing(500.0, 300, displayFrame);
+
+  EXPECT_TRUE(hasLine("question Warning: Do you want to stop writing, now ?"));
+  EXPECT_FALSE(hasLine("status: Stage going down"));
+  EXPECT_FALSE(hasLine("status: Course Focusing Completed"));
+  EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 2, virtualClockNow() + 5000), 500.0, 1.0);
+  EXPECT_EQ(station.focusingActive, 0);
+  EXPECT_EQ(station.stopRequested, 1);
+}
+
+}  // namespace

@@ -1,0 +1,168 @@
+// Drawing and erasing vector lines with the pointer, on the recorded display at zoom 1,
+// where the scaled writing area is (116, 14) - (1116, 1014) and the display centre
+// (616, 514) is 0 um.
+#include "pattern/line_editing.h"
+
+#include "app/command_dispatch.h"
+#include "app/view_geometry.h"
+#include "pattern/line_display.h"
+#include "resources/resource.h"
+#include "sim/recorded_display.h"
+#include "station_fixture.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+class LineEditing : public StationTest {
+ protected:
+  void SetUp() override {
+    StationTest::SetUp();
+    station.zoom = 1.0;
+    recomputeViewGeometry(station);
+    recordedDisplayReset();
+  }
+
+  static void expectSegment(const LineSegment& s, float x1, float y1, float x2, float y2,
+                            int width) {
+    EXPECT_FLOAT_EQ(s.x1, x1);
+    EXPECT_FLOAT_EQ(s.y1, y1);
+    EXPECT_FLOAT_EQ(s.x2, x2);
+    EXPECT_FLOAT_EQ(s.y2, y2);
+    EXPECT_EQ(s.width, width);
+  }
+
+  static Calls drawingCalls() {
+    Calls drawn;
+    for (const std::string& call : recordedDisplayCalls())
+      if (call.rfind("on window", 0) != 0) drawn.push_back(call);
+    return drawn;
+  }
+};
+
+TEST_F(LineEditing, ClicksChainSegmentsWithARubberBandAndARightClickEndsTheChain) {
+  leftClick({316, 314});
+  pointerMove({416, 314});
+  leftClick({416, 314});
+  setWidthClass(10);
+  pointerMove({416, 414});
+  leftClick({416, 414});
+  rightClick();
+
+  ASSERT_EQ(linePattern.segments.size(), 2u);
+  expectSegment(linePattern.segments[0], -300, -200, -200, -200, 3);
+  expectSegment(linePattern.segments[1], -200, -200, -200, -100, 10);
+  EXPECT_FALSE(linePattern.drawing);
+  EXPECT_EQ(
+      drawingCalls(),
+      (Calls{"invert display 316,314-316,314", "invert display 316,314-416,314",
+             "line display 316,314-416,314 width 3 pen 0000ff", "invert display 416,314-416,314",
+             "invert display 416,314-416,414", "line display 416,314-416,414 width 10 pen 0000ff",
+             "invert display 416,414-416,414"}));
+}
+
+TEST_F(LineEditing, AClickOutsideTheScaledAreaOrWithLineDrawingOffAddsNothing) {
+  leftClick({316, 314});
+  leftClick({116, 314});  // on the edge: outside, the test is strict
+  EXPECT_FALSE(linePattern.drawing);
+  leftClick({416, 314});  // starts a new chain
+  EXPECT_TRUE(linePattern.segments.empty());
+  EXPECT_TRUE(linePattern.drawing);
+
+  linePattern.active = 0;
+  leftClick({516, 314});
+  EXPECT_TRUE(linePattern.segments.empty());
+  EXPECT_FALSE(linePattern.drawing);
+}
+
+TEST_F(LineEditing, ThePenWidthFollowsTheZoomAndPointsAreMicrometresFromTheCentre) {
+  station.zoom = 2.0;
+  recomputeViewGeometry(station);
+  leftClick({617, 515});
+  leftClick({627, 520});
+  ASSERT_EQ(linePattern.segments.size(), 1u);
+  expectSegment(linePattern.segments[0], 0.5f, 0.5f, 5.5f, 3.0f, 3);
+  EXPECT_EQ(drawingCalls().back(), "line display 617,515-627,520 width 6 pen 0000ff");
+}
+
+// At zoom 1 a line from 0.9 um is drawn from pixel 616 (0.9 cut to 0 um first), and tested
+// by the eraser from 616 as well (616.9 cut); to 10.7 um it is drawn to 626, tested to 625.
+TEST_F(LineEditing, TheEraserTestsTheUntruncatedEndsWithinThreePixels) {
+  linePattern.segments = {{0.9f, 0.0f, 10.7f, 0.0f, 1}};
+  EXPECT_EQ(drawingPixel(0.9f, 0.0f).x, 616);
+  EXPECT_EQ(drawingPixel(10.7f, 0.0f).x, 626);
+  EXPECT_EQ(hitTestPixel(10.7f, 0.0f).x, 626);
+
+  setWidthClass(1);
+  startErasing();
+  leftClick({612, 514});  // 4 pixels before the first tested pixel
+  leftClick({629, 517});  // 4 past the last (625)
+  leftClick({620, 518});  // 4 below
+  EXPECT_EQ(linePattern.segments.size(), 1u);
+  leftClick({613, 511});
+  EXPECT_TRUE(linePattern.segments.empty());
+  EXPECT_EQ(drawingCalls(), (Calls{"line main 616,514-626,514 width 1 pen dcdcdc"}));
+}
+
+TEST_F(LineEditing, TheEraserFindsVerticalLinesButNeverAPointAndTakesOneLinePerClick) {
+  linePattern.segments = {{0.2f, 0.0f, 0.4f, 0.0f, 3},  // both ends on pixel 616
+                          {0.0f, -50.0f, 0.0f, 50.0f, 3},
+                          {-50.0f, 0.0f, 50.0f, 0.0f, 6}};
+  startErasing();
+  leftClick({616, 514});
+  ASSERT_EQ(linePattern.segments.size(), 2u);
+  EXPECT_FLOAT_EQ(linePattern.segments[0].x1, 0.2f) << "the point stays";
+  EXPECT_FLOAT_EQ(linePattern.segments[1].x1, -50.0f) << "the vertical line went first";
+  leftClick({616, 514});
+  ASSERT_EQ(linePattern.segments.size(), 1u);
+  EXPECT_FLOAT_EQ(linePattern.segments[0].x1, 0.2f);
+}
+
+TEST_F(LineEditing, WidthButtonsAndEraseCheckTheirRadioAndSwitchErasing) {
+  dispatchCommand(IDC_LINE_ERASE);
+  EXPECT_EQ(linePattern.erasing, 1);
+  dispatchCommand(IDC_LINE_WIDTH_6);
+  EXPECT_EQ(linePattern.erasing, 0);
+  EXPECT_EQ(linePattern.widthClass, 6);
+  dispatchCommand(IDC_LINE_WIDTH_1);
+  dispatchCommand(IDC_LINE_WIDTH_10);
+  EXPECT_EQ(linePattern.widthClass, 10);
+  EXPECT_EQ(recordedCalls(), (Calls{"radio 2105-2109: 2109", "radio 2105-2109: 2107",
+                                    "radio 2105-2109: 2105", "radio 2105-2109: 2108"}));
+}
+
+TEST_F(LineEditing, DeleteAllLinesPaintsThemOutAndEndsTheChain) {
+  linePattern.segments = {{0, 0, 10, 0, 3}, {10, 0, 10, 10, 10}};
+  leftClick({316, 314});
+  dispatchCommand(IDM_DELETE_ALL_LINES);
+  EXPECT_TRUE(linePattern.segments.empty());
+  EXPECT_FALSE(linePattern.drawing);
+  EXPECT_EQ(drawingCalls(), (Calls{"line main 616,514-626,514 width 3 pen dcdcdc",
+                                   "line main 626,514-626,524 width 10 pen dcdcdc"}));
+}
+
+TEST_F(LineEditing, TheListStaysAsItIsWhileAnOperationRuns) {
+  linePattern.segments = {{0, 0, 10, 0, 3}};
+  writingActive = 1;
+  leftClick({316, 314});
+  EXPECT_FALSE(linePattern.drawing);
+  startErasing();
+  leftClick({620, 514});
+  dispatchCommand(IDM_DELETE_ALL_LINES);
+  recordedQueueFileChoice(L"lines.txt");
+  dispatchCommand(IDM_IMPORT_LINE_PATTERNS);
+  EXPECT_EQ(linePattern.segments.size(), 1u);
+}
+
+TEST_F(LineEditing, TheLinesAreRedrawnWithTheLayersOnlyWhileTheLinesBoxIsChecked) {
+  linePattern.segments = {{0, 0, 10, 0, 3}};
+  changeZoom(0);
+  EXPECT_EQ(drawingCalls(), (Calls{"line display 616,514-626,514 width 3 pen 0000ff"}));
+  recordedDisplayReset();
+  dispatchCommand(IDC_LINES_LAYER);
+  EXPECT_EQ(linesEnabled, 0);
+  changeZoom(0);
+  EXPECT_TRUE(drawingCalls().empty());
+}
+
+}  // namespace
