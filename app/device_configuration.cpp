@@ -27,6 +27,7 @@ constexpr int kCommandBoxBuffer = 31;
 constexpr int kMinPort = 1;
 constexpr int kMaxPort = 30;
 constexpr double kTestMoveUm = 100.0;
+constexpr int kStageTravelUm = 25000;  // either way from the centre
 constexpr int kZeroSettleMs = 10;
 constexpr int kStandaLists[] = {IDC_DCFG_STANDA_MOTOR1, IDC_DCFG_STANDA_MOTOR2,
                                 IDC_DCFG_STANDA_MOTOR3};
@@ -88,7 +89,9 @@ void onMoveTo() {
   std::string text = dialogGetText(IDC_DCFG_MOVE_TO_BOX, kShortBoxBuffer);
   if (text.empty()) return;
   int targetUm = 0;
-  if (std::sscanf(text.c_str(), "%d", &targetUm) == 1) MoveAxisAndWait(serialLink, 2, targetUm);
+  // Kept within the travel, so that no typed number overflows the board's step count.
+  if (std::sscanf(text.c_str(), "%d", &targetUm) == 1)
+    MoveAxisAndWait(serialLink, 2, std::clamp(targetUm, -kStageTravelUm, kStageTravelUm));
   showTestPosition();
 }
 

@@ -44,6 +44,9 @@ constexpr int kMaxFillingSpeed = 800;
 constexpr int kMinLineSpeed = 10;
 constexpr int kMaxLineSpeed = 300;
 constexpr double kMaxDefocusUm = 30.0;
+// The stage's travel either way from its centre: "Go" targets and steps are kept within
+// reach, so that no typed number overflows the board's step count.
+constexpr double kStageTravelUm = 25000.0;
 
 void readIntBox(int controlId, int bufferChars, int& field, int low, int high) {
   int typed = 0;
@@ -96,10 +99,20 @@ void onApply() {
   SwitchLaser(laser, 1);
 }
 
+// A length in um from a box ("%lf"), clamped to +-limit; false when it does not parse
+// or is not a number ("nan").
+bool readLengthUm(int controlId, double limitUm, double& lengthUm) {
+  double typed = 0.0;
+  if (std::sscanf(dialogGetText(controlId, kLongBoxBuffer).c_str(), "%lf", &typed) != 1 ||
+      std::isnan(typed))
+    return false;
+  lengthUm = std::clamp(typed, -limitUm, limitUm);
+  return true;
+}
+
 void onStep(int axis, double direction) {
   double stepUm = 0.0;
-  if (std::sscanf(dialogGetText(IDC_WCFG_STEP, kLongBoxBuffer).c_str(), "%lf", &stepUm) != 1)
-    return;
+  if (!readLengthUm(IDC_WCFG_STEP, 2 * kStageTravelUm, stepUm)) return;
   MoveAxisBy(serialLink, axis, direction * stepUm);
   showCachedPosition();
 }
@@ -107,8 +120,8 @@ void onStep(int axis, double direction) {
 void onGo() {
   double xUm = 0.0;
   double yUm = 0.0;
-  if (std::sscanf(dialogGetText(IDC_WCFG_POSITION_X, kLongBoxBuffer).c_str(), "%lf", &xUm) == 1 &&
-      std::sscanf(dialogGetText(IDC_WCFG_POSITION_Y, kLongBoxBuffer).c_str(), "%lf", &yUm) == 1)
+  if (readLengthUm(IDC_WCFG_POSITION_X, kStageTravelUm, xUm) &&
+      readLengthUm(IDC_WCFG_POSITION_Y, kStageTravelUm, yUm))
     MoveXY(xUm, yUm, station.writingSpeed);
 }
 

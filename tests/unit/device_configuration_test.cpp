@@ -82,11 +82,11 @@ TEST_F(DeviceConfiguration, NoneForAMotorReachesConfigTxtAtExit) {
 TEST_F(DeviceConfiguration, ZeroPointUpDownAndMoveTo) {
   openWithSpeeds(5000, 5000, 5000);
   recordedDialogPress(IDC_DCFG_DOWN);
-  recordedDialogType(IDC_DCFG_MOVE_TO_BOX, "250");
+  recordedDialogType(IDC_DCFG_MOVE_TO_BOX, "-2000000000");  // to the end of the travel
   recordedDialogPress(IDC_DCFG_MOVE_TO);
   runDialog();
   EXPECT_EQ(recordedDialogText(IDC_DCFG_ANSWER), "Z=-100.0") << "axis 0, shown as Z";
-  EXPECT_EQ(serialLink.positionUm[2], 250.0);
+  EXPECT_TRUE(hasLine("L-40000", sentCommands())) << "no further than the travel";
 
   virtualSerialClearWritten();
   recordedDialogPress(IDC_DCFG_ZERO_POINT);

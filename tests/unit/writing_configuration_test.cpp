@@ -111,19 +111,20 @@ TEST_F(WritingConfiguration, StepButtonsAndGoMoveTheStageAndShowWhereItIs) {
   recordedDialogType(IDC_WCFG_STEP, "250");
   recordedDialogPress(IDC_WCFG_STEP_PLUS_X);
   recordedDialogPress(IDC_WCFG_STEP_MINUS_Y);
-  recordedDialogType(IDC_WCFG_STEP, "far");
+  recordedDialogType(IDC_WCFG_STEP, "nan");
   recordedDialogPress(IDC_WCFG_STEP_MINUS_X);  // no step to take
   runDialog();
   EXPECT_EQ(recordedDialogText(IDC_WCFG_POSITION_X), "250.0");
   EXPECT_EQ(recordedDialogText(IDC_WCFG_POSITION_Y), "-250.0");
   EXPECT_EQ(virtualSerialBoard().axes[0].machineSteps, 1600);  // 6.4 steps per um
+  EXPECT_FALSE(hasLine("m-", sentCommands())) << "no X move for the step that is no number";
 
   recordedDialogReset();
-  recordedDialogType(IDC_WCFG_POSITION_X, "100");
+  recordedDialogType(IDC_WCFG_POSITION_X, "30000");  // beyond the travel: to its end
   recordedDialogType(IDC_WCFG_POSITION_Y, "-40.5");
   recordedDialogPress(IDC_WCFG_GO);
   runDialog();
-  EXPECT_EQ(serialLink.positionUm[0], 100.0);
+  EXPECT_EQ(serialLink.positionUm[0], 25000.0);
   EXPECT_EQ(serialLink.positionUm[1], -40.5);
 }
 
