@@ -98,30 +98,24 @@ void BM_GroupClusters(benchmark::State& state) {
 }
 BENCHMARK(BM_GroupClusters)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 
-void BM_FormClustersReference(benchmark::State& state) {
+// Assignment and merges alone, by the plain transcription or by formClusters.
+template <ClusterFormation (*Form)(const EdgePoint*, int, Cluster*)>
+void formOnly(benchmark::State& state) {
   const PointSet points = pointSet(static_cast<int>(state.range(0)));
   static std::unique_ptr<Cluster[]> table(new Cluster[kClusterCapacity]());
   ClusterFormation formed{};
   for (auto _ : state) {
-    formed = referenceFormClusters(points.data(), static_cast<int>(points.size()), table.get());
+    formed = Form(points.data(), static_cast<int>(points.size()), table.get());
     benchmark::ClobberMemory();
   }
   state.SetLabel(kSetNames[state.range(0)]);
   state.counters["slots"] = formed.used;
 }
+
+void BM_FormClustersReference(benchmark::State& state) { formOnly<referenceFormClusters>(state); }
 BENCHMARK(BM_FormClustersReference)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 
-void BM_FormClusters(benchmark::State& state) {
-  const PointSet points = pointSet(static_cast<int>(state.range(0)));
-  static std::unique_ptr<Cluster[]> table(new Cluster[kClusterCapacity]());
-  ClusterFormation formed{};
-  for (auto _ : state) {
-    formed = formClusters(points.data(), static_cast<int>(points.size()), table.get());
-    benchmark::ClobberMemory();
-  }
-  state.SetLabel(kSetNames[state.range(0)]);
-  state.counters["slots"] = formed.used;
-}
+void BM_FormClusters(benchmark::State& state) { formOnly<formClusters>(state); }
 BENCHMARK(BM_FormClusters)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 
 void BM_PrepareRasterRun(benchmark::State& state) {

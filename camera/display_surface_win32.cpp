@@ -101,17 +101,6 @@ void showBackBuffer() {
   ReleaseDC(display, dc);
 }
 
-BITMAPINFO headerFor(int width, int height) {
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = height;  // positive: rows bottom-up
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  info.bmiHeader.biCompression = BI_RGB;
-  return info;
-}
-
 COLORREF colourOf(Rgb rgb) { return RGB(rgb.red, rgb.green, rgb.blue); }
 
 // Runs draw on the canvas's context; a direct canvas draws on its window and on the
@@ -135,6 +124,17 @@ void drawOn(Canvas* canvas, Draw draw) {
 }
 
 }  // namespace
+
+BITMAPINFO headerFor(int width, int height) {
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = height;  // positive: rows bottom-up
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  info.bmiHeader.biCompression = BI_RGB;
+  return info;
+}
 
 int FindEncoder(const wchar_t* mimeType, CLSID& clsid) {
   UINT count = 0;

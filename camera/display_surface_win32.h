@@ -9,5 +9,8 @@
 // (clsid then unchanged).
 int FindEncoder(const wchar_t* mimeType, CLSID& clsid);
 
+// The header of every picture transfer: width x height, 32 bits a pixel, rows bottom-up.
+BITMAPINFO headerFor(int width, int height);
+
 // Copies the display window's back buffer (the last picture drawn there) into dc.
 void paintDisplayBackBuffer(HDC dc);

@@ -31,6 +31,7 @@ constexpr size_t kClusterTableBytes = sizeof(Cluster) * kClusterCapacity;  // 40
 extern Cluster* clusterTable;  // null when not allocated
 extern int32_t clusterCount;   // slots used by the last grouping
 
-// Allocates the zero-filled table; leaves clusterTable null when memory is short.
+// Allocates the zero-filled table (zero-fills it when it is there already); leaves
+// clusterTable null when memory is short.
 void allocateClusterTable();
 void freeClusterTable();

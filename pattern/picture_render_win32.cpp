@@ -13,6 +13,7 @@ using std::min;
 }  // namespace Gdiplus
 #include <gdiplus.h>
 
+#include "camera/display_surface_win32.h"
 #include "pattern/picture_render.h"
 
 bool renderPictureFile(const std::wstring& path, int width, int height, uint8_t* pixels) {
@@ -41,13 +42,7 @@ bool renderPictureFile(const std::wstring& path, int width, int height, uint8_t*
     SelectObject(memory, oldBrush);
     SelectObject(memory, oldPen);
     SelectObject(memory, oldBitmap);
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;  // positive: rows bottom-up
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
+    BITMAPINFO info = headerFor(width, height);
     GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), pixels, &info, DIB_RGB_COLORS);
   }
   if (bitmap != nullptr) DeleteObject(bitmap);

@@ -1,11 +1,11 @@
 """A mask written as an operator writes it: telvane.exe under Wine with telvane-board-sim
-on COM3. "Import Image" is answered in the real file dialog, then "Mask Pattern", "Show Target
+on COM3, and telvane-sim.exe with its virtual station. "Import Image" is answered in the real file dialog, then "Mask Pattern", "Show Target
 Pattern" (which builds the target the edges are found on), "Find Edges", "Grouping",
 "Simulate Writing" and "Start Writing"; the run ends with "All Writings finished", and
 "Final Pattern" shows what was written. The
 strokes the board was sent cover the mask's dark area with the laser voltage up, and
 the green painting on the main window covers it too. Screenshots of every stage are kept
-in build/e2e-artifacts/raster_*.png."""
+in build/e2e-artifacts/raster_*.png and raster_sim_*.png."""
 import os
 import struct
 import subprocess
@@ -23,6 +23,7 @@ from test_controller_link import Board  # noqa: E402
 TITLE = "Telvane"
 IMPORT_IMAGE, MASK_PATTERN, SHOW_TARGET, FIND_EDGES, GROUPING = 32812, 32807, 32813, 32794, 32806
 SIMULATE, FINAL_PATTERN = 32814, 32816
+ILLUMINATION_ON, VIDEO_ON = 3105, 2112
 START_WRITING = (1362, 980, 100, 40)
 PROGRESS_BOX = (1262, 380, 170, 20)
 AREA_LEFT, AREA_TOP = 116, 14  # the writing area in the main window's client area
@@ -113,65 +114,73 @@ def green_pixels(shot, left, top):
 
 
 class RasterWritingUnderWine(unittest.TestCase):
-    def test_a_mask_imported_prepared_and_written_as_an_operator_does(self):
+    def prepare_and_write(self, session, prefix):
+        """The operator's way through the menus, a screenshot at every stage; returns the
+        main window's title at the end and the screenshot of the written pattern."""
+        mask = os.path.join(session.folder, "mask.png")
+        write_mask(mask)
+        session.inspect("command", TITLE, IMPORT_IMAGE)
+        self.assertTrue(session.inspect("wait", "Open", 20000), "no file dialog")
+        subprocess.run(["xdotool", "search", "--name", "^Open$", "windowfocus", "--sync",
+                        "type", "Z:" + mask.replace("/", "\\")], env=session.env, check=True)
+        subprocess.run(["xdotool", "key", "Return"], env=session.env, check=True)
+        time.sleep(3)
+        session.screenshot(prefix + "_1_imported")
+
+        for command, name in ((MASK_PATTERN, "_2_mask_pattern"), (SHOW_TARGET, "_3_target_pattern")):
+            session.inspect("command", TITLE, command)
+            time.sleep(3)
+            session.screenshot(prefix + name)
+
+        session.inspect("command", TITLE, FIND_EDGES)
+        deadline = time.monotonic() + 20
+        title = None
+        while title is None:
+            self.assertLess(time.monotonic(), deadline, "no edge count in the title")
+            titles = [w["title"] for w in session.windows()]
+            title = next((t for t in titles if t.startswith("Edge points:")), None)
+            time.sleep(0.5)
+        # The outlines of the two rectangles (60 x 50 and 50 x 50 cells).
+        outline = sum(20 * (r - l) + 20 * (b - t) - 4 for l, t, r, b in DARK)
+        self.assertEqual(title, "Edge points:%d found " % outline)
+        session.screenshot(prefix + "_4_edges")
+
+        for command, name in ((GROUPING, "_5_grouping"), (SIMULATE, "_6_simulation")):
+            session.inspect("command", title, command)
+            time.sleep(3)
+            session.screenshot(prefix + name)
+
+        session.click_client(title, START_WRITING[0] + 50, START_WRITING[1] + 20)
+        deadline = time.monotonic() + 240
+        while True:
+            self.assertLess(time.monotonic(), deadline, "the run never finished")
+            time.sleep(2)
+            title = main_title(session)  # each pass of the run shows its edge count
+            controls = session.controls(title)
+            if controls and any(c["rect"] == list(PROGRESS_BOX) and
+                                c["caption"] == "All Writings finished"
+                                for c in controls["children"]):
+                break
+        return title, session.screenshot(prefix + "_7_written")
+
+    def assert_green_painting_is_the_mask(self, session, title, shot):
+        """The green painting: exactly the dark cells, at (x + 116, 1014 - y)."""
+        left, top = session.inspect("screen", title, 0, 0)
+        # The writing area's own green outline (116, 14) - (1115, 1013) is left out.
+        inside = lambda p: 116 < p[0] < 1115 and 14 < p[1] < 1013  # noqa: E731
+        painted = set(filter(inside, green_pixels(shot, left, top)))
+        expected = set(filter(inside, ((x + AREA_LEFT, 1014 - y) for x, y in dark_cells())))
+        self.assertEqual(len(expected - painted), 0)
+        self.assertEqual(len(painted - expected), 0)
+
+    def test_a_mask_written_through_the_board_simulator(self):
         with WineSession("raster_writing") as session:
             board = Board(session)
             try:
-                mask = os.path.join(session.folder, "mask.png")
-                write_mask(mask)
                 session.start("telvane.exe")
                 session.dismiss_message_boxes_until(TITLE)
-
-                session.inspect("command", TITLE, IMPORT_IMAGE)
-                self.assertTrue(session.inspect("wait", "Open", 20000), "no file dialog")
-                subprocess.run(["xdotool", "search", "--name", "^Open$", "windowfocus", "--sync",
-                                "type", "Z:" + mask.replace("/", "\\")], env=session.env, check=True)
-                subprocess.run(["xdotool", "key", "Return"], env=session.env, check=True)
-                time.sleep(3)
-                session.screenshot("raster_1_imported")
-
-                session.inspect("command", TITLE, MASK_PATTERN)
-                time.sleep(3)
-                session.screenshot("raster_2_mask_pattern")
-
-                session.inspect("command", TITLE, SHOW_TARGET)
-                time.sleep(3)
-                session.screenshot("raster_3_target_pattern")
-
-                session.inspect("command", TITLE, FIND_EDGES)
-                deadline = time.monotonic() + 20
-                title = None
-                while title is None:
-                    self.assertLess(time.monotonic(), deadline, "no edge count in the title")
-                    titles = [w["title"] for w in session.windows()]
-                    title = next((t for t in titles if t.startswith("Edge points:")), None)
-                    time.sleep(0.5)
-                # The outlines of the two rectangles (60 x 50 and 50 x 50 cells).
-                outline = sum(20 * (r - l) + 20 * (b - t) - 4 for l, t, r, b in DARK)
-                self.assertEqual(title, "Edge points:%d found " % outline)
-                session.screenshot("raster_4_edges")
-
-                session.inspect("command", title, GROUPING)
-                time.sleep(3)
-                session.screenshot("raster_5_grouping")
-
-                session.inspect("command", title, SIMULATE)
-                time.sleep(3)
-                session.screenshot("raster_6_simulation")
-
                 before = len(board.commands())
-                session.click_client(title, START_WRITING[0] + 50, START_WRITING[1] + 20)
-                deadline = time.monotonic() + 240
-                while True:
-                    self.assertLess(time.monotonic(), deadline, "the run never finished")
-                    time.sleep(2)
-                    title = main_title(session)
-                    controls = session.controls(title)
-                    if controls and any(c["rect"] == list(PROGRESS_BOX) and
-                                        c["caption"] == "All Writings finished"
-                                        for c in controls["children"]):
-                        break
-                shot = session.screenshot("raster_7_written")
+                title, shot = self.prepare_and_write(session, "raster")
 
                 run = board.commands()[before:]
                 path = commanded_exposure(run)
@@ -185,16 +194,9 @@ class RasterWritingUnderWine(unittest.TestCase):
                     if distance(path, x - 500, y - 500) > (0.7 if centre else 7.08):
                         missed.append((x, y))
                 self.assertEqual(missed[:10], [])
+                self.assertIn("G 5 117", run)  # the fine pass at the inside voltage
                 self.assertIn("G 5 132", run)  # the coarse pass at the outside voltage
-
-                # The green painting: exactly the dark cells, at (x + 116, 1014 - y).
-                left, top = session.inspect("screen", title, 0, 0)
-                # The writing area's own green outline (116, 14) - (1115, 1013) is left out.
-                inside = lambda p: 116 < p[0] < 1115 and 14 < p[1] < 1013  # noqa: E731
-                painted = set(filter(inside, green_pixels(shot, left, top)))
-                expected = set(filter(inside, ((x + AREA_LEFT, 1014 - y) for x, y in dark_cells())))
-                self.assertEqual(len(expected - painted), 0)
-                self.assertEqual(len(painted - expected), 0)
+                self.assert_green_painting_is_the_mask(session, title, shot)
 
                 session.inspect("command", title, FINAL_PATTERN)
                 time.sleep(15)  # a million cells set one by one
@@ -204,6 +206,21 @@ class RasterWritingUnderWine(unittest.TestCase):
                 self.assertEqual(session.wait_exit(), 0)
             finally:
                 board.stop()
+
+    def test_a_mask_written_on_the_virtual_station(self):
+        """telvane-sim.exe: the same operator's way; afterwards the lamp and the video show
+        the resist the virtual laser darkened (kept as raster_sim_8_camera.png)."""
+        with WineSession("raster_sim") as session:
+            session.start("telvane-sim.exe")
+            session.dismiss_message_boxes_until(TITLE)
+            title, shot = self.prepare_and_write(session, "raster_sim")
+            self.assert_green_painting_is_the_mask(session, title, shot)
+            session.inspect("command", title, ILLUMINATION_ON)
+            session.inspect("command", title, VIDEO_ON)
+            time.sleep(4)
+            session.screenshot("raster_sim_8_camera")
+            session.inspect("close", title)
+            self.assertEqual(session.wait_exit(), 0)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
-// A station whose pattern stores are as the program starts them: both pictures white,
-// every grid bright, the cluster table allocated, the recorded display empty. Helpers
-// make pictures and grids with dark rectangles.
+// The pattern stores as the program starts them: both pictures white, every grid
+// bright, the cluster table allocated, the recorded display empty; and helpers that make
+// pictures and grids with dark rectangles.
 #pragma once
 
 #include <algorithm>
@@ -12,66 +12,70 @@
 #include "sim/recorded_display.h"
 #include "station_fixture.h"
 
+inline void fillGrid(MaskPattern& grid, int32_t value) {
+  std::fill_n(grid.cells, static_cast<size_t>(kPatternSide) * kPatternSide, value);
+}
+
+inline void resetPatternStores() {
+  recordedDisplayReset();
+  recomputeViewGeometry(station);  // the writing area at (116, 14, 1116, 1014)
+  for (ImageBuffer* picture : {&maskImage, &alignmentMarkImage}) {
+    std::memset(picture->pixels, 0xFF, static_cast<size_t>(picture->byteSize));
+  }
+  for (MaskPattern* grid :
+       {&targetPattern, &zoomedPattern, &finePattern, &coarsePattern, &finalPattern}) {
+    fillGrid(*grid, kBrightCell);
+  }
+  if (clusterTable == nullptr) allocateClusterTable();
+}
+
+// Cells left <= x < right, low <= y < high of a grid with the given row stride, as far as
+// they lie in a stride x stride grid.
+inline void darkRectangle(int32_t* cells, int stride, int left, int low, int right, int high) {
+  right = std::min(right, stride);
+  high = std::min(high, stride);
+  for (int y = low; y < high; ++y) {
+    for (int x = left; x < right; ++x) cells[static_cast<size_t>(y) * stride + x] = kDarkCell;
+  }
+}
+
+inline void paintPicture(ImageBuffer& picture, int left, int low, int right, int high,
+                         uint8_t level) {
+  for (int y = low; y < high; ++y) {
+    for (int x = left; x < right; ++x) {
+      setRed(picture, x, y, level);
+      setGreen(picture, x, y, level);
+      setBlue(picture, x, y, level);
+    }
+  }
+}
+
+// A picture file of one colour per pixel (0xAARRGGBB), given top row first as a person
+// draws it.
+inline RecordedPicture pictureOf(int width, int height, const std::vector<uint32_t>& argbTopDown) {
+  RecordedPicture picture{width, height,
+                          std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const uint32_t argb = argbTopDown[static_cast<size_t>(y) * width + x];
+      uint8_t* pixel = &picture.pixels[(static_cast<size_t>(height - 1 - y) * width + x) * 4];
+      pixel[0] = argb & 0xFF;
+      pixel[1] = (argb >> 8) & 0xFF;
+      pixel[2] = (argb >> 16) & 0xFF;
+      pixel[3] = (argb >> 24) & 0xFF;
+    }
+  }
+  return picture;
+}
+
+inline int darkCells(const MaskPattern& grid) {
+  return static_cast<int>(std::count(grid.cells, grid.cells + kPatternSide * kPatternSide, 0));
+}
+
 class PatternTest : public StationTest {
  protected:
   void SetUp() override {
     StationTest::SetUp();
-    recordedDisplayReset();
-    recomputeViewGeometry(station);  // the writing area at (116, 14, 1116, 1014)
-    for (ImageBuffer* picture : {&maskImage, &alignmentMarkImage}) {
-      std::memset(picture->pixels, 0xFF, static_cast<size_t>(picture->byteSize));
-    }
-    for (MaskPattern* grid :
-         {&targetPattern, &zoomedPattern, &finePattern, &coarsePattern, &finalPattern}) {
-      fillGrid(*grid, kBrightCell);
-    }
-    if (clusterTable == nullptr) allocateClusterTable();
-  }
-
-  static void fillGrid(MaskPattern& grid, int32_t value) {
-    std::fill_n(grid.cells, static_cast<size_t>(kPatternSide) * kPatternSide, value);
-  }
-
-  // Cells left <= x < right, low <= y < high of a grid with the given row stride, as
-  // far as they lie in a stride x stride grid.
-  static void darkRectangle(int32_t* cells, int stride, int left, int low, int right, int high) {
-    right = std::min(right, stride);
-    high = std::min(high, stride);
-    for (int y = low; y < high; ++y) {
-      for (int x = left; x < right; ++x) cells[static_cast<size_t>(y) * stride + x] = kDarkCell;
-    }
-  }
-
-  static void paintPicture(ImageBuffer& picture, int left, int low, int right, int high,
-                           uint8_t level) {
-    for (int y = low; y < high; ++y) {
-      for (int x = left; x < right; ++x) {
-        setRed(picture, x, y, level);
-        setGreen(picture, x, y, level);
-        setBlue(picture, x, y, level);
-      }
-    }
-  }
-
-  // A picture file of one colour per pixel, given top row first as a person draws it.
-  static RecordedPicture pictureOf(int width, int height,
-                                   const std::vector<uint32_t>& argbTopDown) {
-    RecordedPicture picture{width, height,
-                            std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
-    for (int y = 0; y < height; ++y) {
-      for (int x = 0; x < width; ++x) {
-        const uint32_t argb = argbTopDown[static_cast<size_t>(y) * width + x];
-        uint8_t* pixel = &picture.pixels[(static_cast<size_t>(height - 1 - y) * width + x) * 4];
-        pixel[0] = argb & 0xFF;
-        pixel[1] = (argb >> 8) & 0xFF;
-        pixel[2] = (argb >> 16) & 0xFF;
-        pixel[3] = (argb >> 24) & 0xFF;
-      }
-    }
-    return picture;
-  }
-
-  static int darkCells(const MaskPattern& grid) {
-    return static_cast<int>(std::count(grid.cells, grid.cells + kPatternSide * kPatternSide, 0));
+    resetPatternStores();
   }
 };

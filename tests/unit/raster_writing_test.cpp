@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
 
 #include "app/shell_commands.h"
 #include "link/controller_commands.h"
@@ -23,34 +22,18 @@ using ::testing::ElementsAreArray;
 
 namespace {
 
-class RasterWriting : public PatternTest {
+class RasterWriting : public LinkTest {
  protected:
   void SetUp() override {
-    if (serialLink.failed == 0) CloseSerialLink(serialLink);
-    PatternTest::SetUp();
-    testing::internal::CaptureStdout();
-    serialLink.speedUmPerS[0] = serialLink.speedUmPerS[1] = serialLink.speedUmPerS[2] = 1000;
-    ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
-    virtualSerialClearWritten();
-    serialLink.upperLimit[0] = serialLink.lowerLimit[0] = 0.0;
+    LinkTest::SetUp();
+    resetPatternStores();
+    openWithSpeeds(1000, 1000, 1000);
     centerWritingOnly = 0;
     // As the run leaves it at its step 7.
     writingActive = 1;
     station.stopRequested = 0;
   }
-  void TearDown() override {
-    CloseSerialLink(serialLink);
-    std::string trace = testing::internal::GetCapturedStdout();
-    if (HasFailure()) std::fputs(trace.c_str(), stdout);
-    PatternTest::TearDown();
-  }
 
-  static std::vector<std::string> sentCommands() {
-    std::vector<std::string> commands;
-    std::istringstream written(virtualSerialWritten());
-    for (std::string command; std::getline(written, command, '\0');) commands.push_back(command);
-    return commands;
-  }
   // The moves and laser voltages sent, in order.
   static std::vector<std::string> movesAndVoltages() {
     std::vector<std::string> kept;
