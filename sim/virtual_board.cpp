@@ -107,7 +107,8 @@ void execute(VirtualBoard& board, const std::string& text) {
   } else if ((axis = axisOf(kSpeedLetter, letter)) >= 0) {
     if (std::sscanf(rest, "%d", &value) == 1) board.axes[axis].speedStepsPerS = value;
   } else if ((axis = axisOf(kAccelLetter, letter)) >= 0) {
-    if (std::sscanf(rest, "%d", &value) == 1) board.axes[axis].accelStepsPerS2 = value;
+    if (std::sscanf(rest, "%d", &value) == 1)
+      board.axes[axis].accelStepsPerS2 = value * kAccelUnitStepsPerS2;
   } else if ((axis = axisOf(kQueryLetter, letter)) >= 0) {
     char reply[32];
     std::snprintf(reply, sizeof reply, "%c%lld\r\n", kReplyMarker[axis],

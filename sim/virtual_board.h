@@ -19,11 +19,15 @@ constexpr int kBoardLaserPin = 6;
 constexpr int kBoardLaserChannel = 5;
 constexpr int kBoardLampPin = 7;
 
+// The acceleration parameter counts in hundreds of steps/s²: at the a32000 Telvane sends,
+// X reaches a writing speed within a micrometre, as the program's unmargined XY waits need.
+constexpr int32_t kAccelUnitStepsPerS2 = 100;
+
 struct BoardAxis {
   int64_t machineSteps = 0;  // where the carriage is, counted from power-on
   int64_t originSteps = 0;   // machine position of the zero set by the zero command
   int32_t speedStepsPerS = 1600;
-  int32_t accelStepsPerS2 = 32000;
+  int32_t accelStepsPerS2 = 32000 * kAccelUnitStepsPerS2;
   int64_t minMachineSteps = -160000;  // limit switches
   int64_t maxMachineSteps = 160000;
   double stepsPerUm = 1.6;  // mechanics, for the station view

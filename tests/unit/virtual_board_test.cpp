@@ -25,8 +25,8 @@ struct Board {
 
 TEST(VirtualBoard, AMoveRampsCruisesAndReportsItsEnd) {
   Board board;
-  // 0.1 s ramps at 160 steps/s; 2.0 s at speed plus one ramp time: 2.1 s.
-  board.send({"T160", "b1600", "L320"}, 0);
+  // b16 is 1600 steps/s²: 0.1 s ramps at 160 steps/s; 2.0 s at speed plus one ramp: 2.1 s.
+  board.send({"T160", "b16", "L320"}, 0);
   EXPECT_EQ(board.b.axes[2].durationMs, 2100.0);
   EXPECT_EQ(boardAxisSteps(board.b, 2, 50), 2);      // 0.5 x 1600 x 0.05^2
   EXPECT_EQ(boardAxisSteps(board.b, 2, 1050), 160);  // half way
