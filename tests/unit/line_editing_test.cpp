@@ -118,6 +118,16 @@ TEST_F(LineEditing, TheEraserFindsVerticalLinesButNeverAPointAndTakesOneLinePerC
   EXPECT_FLOAT_EQ(linePattern.segments[0].x1, 0.2f);
 }
 
+// A line file may hold any number: such lines are drawn and tested far off the display.
+TEST_F(LineEditing, WildCoordinatesFromAFileAreDrawnAndTestedWithoutHarm) {
+  linePattern.segments = {{-3e38f, 1e30f, 3e38f, -1e30f, 3}, {0, 0, 1e12f, 0, 3}};
+  drawLines(SurfaceWindow::Display);
+  startErasing();
+  leftClick({620, 514});
+  ASSERT_EQ(linePattern.segments.size(), 1u);
+  EXPECT_EQ(linePattern.segments[0].x1, -3e38f);
+}
+
 TEST_F(LineEditing, WidthButtonsAndEraseCheckTheirRadioAndSwitchErasing) {
   dispatchCommand(IDC_LINE_ERASE);
   EXPECT_EQ(linePattern.erasing, 1);
