@@ -6,6 +6,7 @@
 #include "app/shell_commands.h"
 #include "app/system_services.h"
 #include "app/view_geometry.h"
+#include "app/writing_run.h"
 #include "camera/camera_commands.h"
 #include "camera/live_view.h"
 #include "link/coarse_focusing.h"
@@ -18,7 +19,26 @@
 #include "pattern/pattern_stores.h"
 #include "resources/resource.h"
 
+namespace {
+
+// Commands that stay live while writing, focusing or a run's move is under way: switching
+// the laser off, the lamp, and the ones that change nothing. Every other command would
+// start an operation or change what is being written, and waits for the end.
+bool liveDuringOperation(int id) {
+  switch (id) {
+    case IDC_LASER_OFF:
+    case IDC_ILLUMINATION_ON:
+    case IDC_ILLUMINATION_OFF:
+    case IDM_START_VECTOR_WRITING:
+    case IDM_STOP: return true;
+    default: return false;
+  }
+}
+
+}  // namespace
+
 void dispatchCommand(int id) {
+  if (operationRunning() && !liveDuringOperation(id)) return;
   switch (id) {
     case IDC_ZOOM_IN: changeZoom(1); break;
     case IDC_ZOOM_OUT: changeZoom(-1); break;
@@ -42,6 +62,10 @@ void dispatchCommand(int id) {
     case IDC_MOVE_Y: onMoveYCommand(); break;
     case IDC_MOVE_Z: onMoveZCommand(); break;
     case IDC_MOUNT: onMountCommand(); break;
+    case IDC_START_WRITING: onStartWritingCommand(); break;
+    case IDC_GO_TO_WRITING: onGoToWritingCommand(); break;
+    case IDC_APPLY_DX: onApplyDxCommand(); break;
+    case IDC_APPLY_DY: onApplyDyCommand(); break;
     case IDC_WAFER: onWaferCommand(); break;
     case IDM_REOPEN_CONTROLLER: onReopenControllerCommand(); break;
     case IDM_START_VECTOR_WRITING:  // lines are written by "Start Writing" when "lines" is checked
@@ -79,9 +103,15 @@ void onMainWindowDestroyed() {
   systemSleepMs(100);
 }
 
-void onMainKeyDown(int virtualKey) { JogByKey(virtualKey); }
+void onMainKeyDown(int virtualKey) {
+  if (operationRunning()) return;
+  JogByKey(virtualKey);
+}
 
-void onMainLeftButtonDown(int x, int y) { JogPadPress(jogPad, {x, y}); }
+void onMainLeftButtonDown(int x, int y) {
+  if (operationRunning()) return;
+  JogPadPress(jogPad, {x, y});
+}
 
 void onMainLeftButtonUp() { JogPadRelease(jogPad); }
 

@@ -55,6 +55,9 @@ void createControls(HWND window, const ControlLayout* layouts, size_t count) {
         CreateWindowW(classOf(layout.kind), layout.caption, styleOf(layout.kind), layout.x,
                       layout.y, layout.width, layout.height, window,
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(layout.id)), instance, nullptr);
+    // The dialog font, not the bold system font: the captions fit their fixed places.
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
+                 FALSE);
     if (layout.handle != nullptr) *layout.handle = control;
   }
 }

@@ -7,6 +7,7 @@
 #include <cwchar>
 
 #include "app/command_dispatch.h"
+#include "app/display_pointer.h"
 #include "app/display_window_win32.h"
 #include "app/main_controls_win32.h"
 #include "app/shell_paint_win32.h"
@@ -81,6 +82,15 @@ void onLeftButtonUp(HWND, int, int, UINT) {
   onMainLeftButtonUp();
 }
 
+// The main window keeps the keyboard focus, so the wheel's messages come here; a turn with
+// the pointer over the display is the display's zoom.
+void onMouseWheel(HWND, int x, int y, int delta, UINT) {
+  POINT point = {x, y};
+  RECT area;
+  GetWindowRect(displayWindow, &area);
+  if (PtInRect(&area, point)) onDisplayWheel(delta);
+}
+
 void onTimer(HWND, UINT timerId) { onMainTimer(static_cast<int>(timerId)); }
 
 void onDestroy(HWND) {
@@ -96,6 +106,7 @@ LRESULT CALLBACK mainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     HANDLE_MSG(window, WM_KEYDOWN, onKeyDown);
     HANDLE_MSG(window, WM_LBUTTONDOWN, onLeftButtonDown);
     HANDLE_MSG(window, WM_LBUTTONUP, onLeftButtonUp);
+    HANDLE_MSG(window, WM_MOUSEWHEEL, onMouseWheel);
     case WM_CAPTURECHANGED:  // the mouse was taken away mid-press: end the jog
       onMainLeftButtonUp();
       return 0;

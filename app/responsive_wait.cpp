@@ -43,11 +43,15 @@ int waitResponsive(int milliseconds) {
     const bool click = message.kind == QueuedKind::LeftButtonDown;
     // Focusing asks the same question as writing.
     if (click && (writingActive == 1 || station.focusingActive == 1)) {
+      // The stage runs on while the operator decides: the laser must not dwell meanwhile.
+      const double voltage = laser.laserVoltage;
+      SetLaserVoltage(laser, 0.0);
       if (feedbackMessageBox("Do you want to stop writing, now ?", "Warning", MessageKind::YesNo) ==
           Answer::Yes) {
         station.stopRequested = 1;
         return 0;
       }
+      SetLaserVoltage(laser, voltage);
     }
     if (click && writingActive == 0 && message.target == QueuedTarget::DisplayWindow) {
       for (int axis = 0; axis < 3; ++axis) StopAxis(serialLink, axis);

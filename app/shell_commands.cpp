@@ -45,7 +45,7 @@ void blinkLaser() {
   SwitchLaser(laser, 1);
   uint64_t startMs = systemTickMs();
   do {
-    waitResponsive(1);
+    if (waitResponsive(1) != 1) break;  // stopped, or the window is closing
   } while (systemTickMs() - startMs < static_cast<uint64_t>(blinkMs));
   SwitchLaser(laser, 0);
 }

@@ -29,7 +29,9 @@ void showCameraSettings() {
 
 }  // namespace
 
-void onCameraCapture() {
+void onCameraCapture() { takeIlluminatedSnapshot(); }
+
+void takeIlluminatedSnapshot() {
   setLiveView(0);
   SwitchLaser(laser, 0);
   CameraSetup(camera, 4);

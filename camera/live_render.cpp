@@ -113,7 +113,7 @@ ScaleBar scaleBarFor(double pixelsPerUm) {
   return {lengthUm, static_cast<int>(lengthUm * pixelsPerUm)};
 }
 
-void DrawScaleBar(Canvas* canvas, int multiplier) {
+void drawScaleBar(Canvas* canvas, int multiplier) {
   const ScaleBar bar = scaleBarFor(station.zoom);
   canvasRectangle(canvas, {950, 950, 950 + bar.widthPx, 955}, kBlack, &kYellow);
   const std::string label = std::to_string(bar.lengthUm * multiplier) + " um";
@@ -138,7 +138,7 @@ int RenderLive(SurfaceWindow window, const ImageBuffer& picture) {
     if (++liveErrorCount >= kContextTries) return 0;
   }
   canvasSelectBitmap(liveCanvas);
-  DrawScaleBar(liveCanvas, 1);
+  drawScaleBar(liveCanvas, 1);
   if (laser.laserOn != 0) drawLaserSpot(liveCanvas, kLiveSpotRadius);
   drawGreenRectangle(liveCanvas, station.writingAreaRect);
   if (!blitWithRetry(liveCanvas, 0, 0, liveErrorCount)) {
@@ -157,7 +157,7 @@ int RenderSnapshot(const uint8_t* pixels, int width, int height, int save) {
     return 0;
   }
   canvasSelectBitmap(canvas);
-  DrawScaleBar(canvas, 1);
+  drawScaleBar(canvas, 1);
   drawLaserSpot(canvas, station.spotMarkRadius);
   canvasText(canvas, 10, 10, std::to_string(snapshotNumber), nullptr);
   ++snapshotNumber;

@@ -19,7 +19,7 @@ struct ScaleBar {
 ScaleBar scaleBarFor(double pixelsPerUm);
 
 // The scale bar at (950, 950) with its outlined label "%d um" (micrometres x multiplier).
-void DrawScaleBar(Canvas* canvas, int multiplier);
+void drawScaleBar(Canvas* canvas, int multiplier);
 
 // 1 when drawn (or given up after the bitmap failures), 0 when the memory context or the
 // picture transfer kept failing.

@@ -60,7 +60,7 @@ bool prepareTile(Canvas* canvas, const uint8_t* pixels) {
 
 void drawWideScaleBar() {
   Canvas* window = canvasOnWindow(SurfaceWindow::Main);
-  DrawScaleBar(window, 3);
+  drawScaleBar(window, 3);
   canvasFree(window);
 }
 

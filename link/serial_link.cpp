@@ -17,6 +17,7 @@ constexpr uint32_t kFreeReplyMaxBytes = 50;
 constexpr uint32_t kBoardResetMs = 100;  // opening the port resets the board
 constexpr int kAccelerationAtOpen = 5000;
 
+constexpr const char* kOriginCommand = "z";
 constexpr SerialLineSettings kLineSettings = {9600, 8, 0, 0};  // 9600 8N1
 constexpr SerialTimeouts kTimeouts = {10, 10, 50, 10, 50};
 
@@ -65,7 +66,9 @@ int OpenSerialLink(SerialLink& link, bool ownedByMainWindow) {
   std::fflush(stdout);
 
   systemSleepMs(kBoardResetMs);
-  ZeroAxis(link, 0);
+  // The board takes its present X as its origin. The program's limit flags stay down:
+  // raising them here (as "Zero Point" does) would refuse the first X move after start-up.
+  SendCommand(link, kOriginCommand);
   for (int axis = 0; axis < kAxisCount; ++axis)
     link.positionUm[axis] = QueryAxisPosition(link, axis);
   SetAxisSpeed(link, 0, link.speedUmPerS[0]);

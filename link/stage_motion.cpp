@@ -21,8 +21,7 @@ constexpr double kArrivedWithinUm = 1.0;
 constexpr double kXYArrivedWithinUm = 2.0;
 constexpr double kXYSettledWithinUm = 1.0;
 constexpr int kWaitSliceMs = 10;
-constexpr int kWaitOperatorStopped = 0;  // waitResponsive: the operator confirmed a stop
-constexpr int kWaitMotorsStopped = 3;    // waitResponsive: a click stopped the motors
+constexpr int kWaitCompleted = 1;  // waitResponsive ran its time; anything else is a stop
 
 int32_t elapsedMs(uint64_t startMs) { return static_cast<int32_t>(systemTickMs() - startMs); }
 
@@ -79,7 +78,8 @@ int WaitForAxis(SerialLink& link, int axis, double targetUm, int timeoutMs) {
       }
     }
     showStagePosition();
-    if (waitResponsive(kWaitSliceMs) == kWaitOperatorStopped) break;
+    // A confirmed stop, a click that stopped the motors and a closed window all end it.
+    if (waitResponsive(kWaitSliceMs) != kWaitCompleted) break;
     ++cycles;
     if (link.bytesTransferred < 2) ++shortReads;
   }
@@ -167,7 +167,7 @@ void MoveXY(double xUm, double yUm, int speedUmPerS) {
         std::fabs(distance - previousDistance) < kXYSettledWithinUm)
       break;
     previousDistance = distance;
-    if (waitResponsive(kWaitSliceMs) == kWaitMotorsStopped) break;
+    if (waitResponsive(kWaitSliceMs) != kWaitCompleted) break;
   }
   link.positionUm[0] = xUm;
   link.positionUm[1] = yUm;

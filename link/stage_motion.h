@@ -11,7 +11,7 @@
 
 // What ended a WaitForAxis.
 enum AxisWaitStatus {
-  kWaitTimedOut = 0,         // or stopped by the operator
+  kWaitTimedOut = 0,         // or stopped: a confirmed stop, a click on the display, a close
   kWaitArrivalLetter = 1,    // the board reported the end of the move
   kWaitPositionReply = 2,    // a position reply within 1 um of the target
   kWaitQueriedPosition = 5,  // a queried position within 1 um of the target

@@ -21,8 +21,8 @@ static_assert(sizeof(LineSegment) == 20);
 struct LinePattern {
   int32_t active = 1;  // "Line Drawing mode": pointer editing and vector writing act only when 1
   int32_t widthClass = 3;
-  int32_t erasing = 0;   // 1: a left click deletes the line under the pointer
-  bool drawing = false;  // a chain of segments is being drawn
+  int32_t erasing = 0;        // 1: a left click deletes the line under the pointer
+  bool drawing = false;       // a chain of segments is being drawn
   IntPoint anchor = {0, 0};   // display pixel where the next segment starts
   IntPoint current = {0, 0};  // display pixel of the rubber-band end
   std::vector<LineSegment> segments;

@@ -13,8 +13,7 @@ int clampIndex(int value, int size) { return std::clamp(value, 0, size - 1); }
 size_t pixelOffset(const ImageBuffer& image, int x, int y) {
   const int cx = clampIndex(x, image.width);
   const int cy = clampIndex(y, image.height);
-  return (static_cast<size_t>(cy) * static_cast<size_t>(image.width) + static_cast<size_t>(cx)) *
-         4;
+  return (static_cast<size_t>(cy) * static_cast<size_t>(image.width) + static_cast<size_t>(cx)) * 4;
 }
 
 int32_t** allocateRows(bool zeroed) {

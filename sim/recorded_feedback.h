@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ void recordedSetBoxText(Box box, const std::string& text);  // as if the operato
 void recordedScriptClick(uint64_t atMs, QueuedTarget target);
 // The main window closing (WM_QUIT in the queue) once the virtual clock reaches atMs.
 void recordedScriptQuit(uint64_t atMs);
+// A message that, when the program dispatches it, runs action (a button let go, a command
+// chosen during a long operation), once the virtual clock reaches atMs. Script in time order.
+void recordedScriptAction(uint64_t atMs, std::function<void()> action);
 // The answer to the next Yes/No question (questions with nothing queued get No).
 void recordedQueueAnswer(Answer answer);
 // How many scripted clicks were dispatched (let through) rather than consumed.

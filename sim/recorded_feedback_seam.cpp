@@ -1,6 +1,7 @@
 // The operator-feedback seam as a recorder: what the program shows is kept as text,
 // and the operator's clicks and answers come from the test's script.
 #include <deque>
+#include <functional>
 #include <map>
 
 #include "app/system_services.h"
@@ -12,6 +13,7 @@ struct ScriptedClick {
   uint64_t atMs;
   QueuedTarget target;
   QueuedKind kind;
+  std::function<void()> action;  // what dispatching an Other message does
 };
 
 std::vector<std::string> calls;
@@ -19,6 +21,7 @@ std::map<Box, std::string> boxTexts;
 std::deque<ScriptedClick> clicks;
 std::deque<Answer> answers;
 int dispatchedClicks = 0;
+std::function<void()> takenAction;
 
 const char* boxName(Box box) {
   switch (box) {
@@ -58,6 +61,7 @@ void recordedFeedbackReset() {
   clicks.clear();
   answers.clear();
   dispatchedClicks = 0;
+  takenAction = nullptr;
 }
 
 const std::vector<std::string>& recordedCalls() { return calls; }
@@ -70,11 +74,15 @@ std::string recordedBoxText(Box box) {
 void recordedSetBoxText(Box box, const std::string& text) { boxTexts[box] = text; }
 
 void recordedScriptClick(uint64_t atMs, QueuedTarget target) {
-  clicks.push_back({atMs, target, QueuedKind::LeftButtonDown});
+  clicks.push_back({atMs, target, QueuedKind::LeftButtonDown, nullptr});
+}
+
+void recordedScriptAction(uint64_t atMs, std::function<void()> action) {
+  clicks.push_back({atMs, QueuedTarget::MainWindow, QueuedKind::Other, std::move(action)});
 }
 
 void recordedScriptQuit(uint64_t atMs) {
-  clicks.push_back({atMs, QueuedTarget::OtherWindow, QueuedKind::Quit});
+  clicks.push_back({atMs, QueuedTarget::OtherWindow, QueuedKind::Quit, nullptr});
 }
 
 void recordedQueueAnswer(Answer answer) { answers.push_back(answer); }
@@ -137,6 +145,7 @@ Answer feedbackMessageBox(const std::string& text, const std::string& title, Mes
 bool feedbackTakeMessage(QueuedMessage& message) {
   if (clicks.empty() || clicks.front().atMs > systemTickMs()) return false;
   message = {clicks.front().kind, clicks.front().target};
+  takenAction = clicks.front().action;
   calls.push_back(message.kind == QueuedKind::Quit
                       ? std::string("quit")
                       : std::string("click ") + targetName(clicks.front().target));
@@ -145,6 +154,12 @@ bool feedbackTakeMessage(QueuedMessage& message) {
 }
 
 void feedbackDispatchTakenMessage() {
+  if (takenAction) {
+    std::function<void()> action = std::move(takenAction);
+    takenAction = nullptr;
+    action();
+    return;
+  }
   ++dispatchedClicks;
   calls.push_back("dispatch");
 }

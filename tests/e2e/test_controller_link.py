@@ -3,6 +3,7 @@ symlink to the board's pseudo-terminal), as the station's PC talks to its board:
 start-up opens the port twice with the exact command bytes, the laser switch and the
 arrow-key jog reach the board, closing the program switches the outputs off, and a board that never answers
 delays start-up only by the read time-outs."""
+import glob
 import os
 import subprocess
 import sys
@@ -17,6 +18,9 @@ TITLE = "Telvane"
 OPEN_SEQUENCE = ["z", "p", "P", "Q", "s6", "a32000", "S1", "T1"]
 LASER_ON_RADIO = (1362 + 10, 122 + 10)
 Y_POSITION_BOX = (1327, 230, 50, 20)
+PROGRESS_BOX = (1262, 380, 170, 20)
+LAYER_BOXES = (2200, 2201, 2203)  # "Mask", "lines", "Mark"
+START_WRITING = 2202
 
 
 class Board:
@@ -75,6 +79,47 @@ class ControllerLinkUnderWine(unittest.TestCase):
                 self.assertEqual(session.wait_exit(), 0)
                 board.wait_for(["D 6 0", "G 5 0", "D 7 0"])
                 self.assertIn('"D 7 0" was sent.', session.output())
+            finally:
+                board.stop()
+
+    def test_start_writing_with_every_layer_off_runs_the_frame(self):
+        with WineSession("writing_frame") as session:
+            board = Board(session)
+            try:
+                session.start("telvane.exe")
+                session.dismiss_message_boxes_until(TITLE)
+                children = session.controls(TITLE)["children"]
+                rect = {c["id"]: c["rect"] for c in children if c["id"]}
+                check = {c["id"]: c["check"] for c in children if c["id"]}
+                self.assertEqual([check[i] for i in LAYER_BOXES], [1, 1, 1])
+                for box in LAYER_BOXES:
+                    x, y, _, _ = rect[box]
+                    session.click_client(TITLE, x + 8, y + 10)
+                check = {c["id"]: c["check"] for c in session.controls(TITLE)["children"]
+                         if c["id"]}
+                self.assertEqual([check[i] for i in LAYER_BOXES], [0, 0, 0])
+
+                before = len(board.commands())
+                x, y, _, _ = rect[START_WRITING]
+                session.click_client(TITLE, x + 50, y + 20)
+                deadline = time.monotonic() + 60
+                while session.box_text(TITLE, PROGRESS_BOX) != "All Writings finished":
+                    self.assertLess(time.monotonic(), deadline, "the run never finished")
+                    time.sleep(0.5)
+                session.screenshot("writing_frame_finished")
+                run = board.commands()[before:]
+                moves = [c for c in run if c[:1] in ("m", "M", "L")]
+                # To the writing place (the laser shift, 0 here), the Z backlash steps, back.
+                self.assertEqual(moves, ["m0", "M0", "L-3", "L0", "L-3", "L0", "m0", "M0"])
+                self.assertLess(run.index("D 7 0"), run.index("m0"))
+                caption = [c["caption"] for c in session.controls(TITLE)["children"]
+                           if c["id"] == START_WRITING]
+                self.assertEqual(caption, ["Start Writing"])
+                records = glob.glob(os.path.join(session.desktop, "Orvalin_Data", "*",
+                                                 "writing_condition(0).txt"))
+                self.assertEqual(len(records), 1)
+                session.inspect("close", TITLE)
+                self.assertEqual(session.wait_exit(), 0)
             finally:
                 board.stop()
 

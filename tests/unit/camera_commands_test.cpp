@@ -5,6 +5,8 @@
 
 #include "app/command_dispatch.h"
 #include "camera_test_support.h"
+#include "link/serial_link.h"
+#include "sim/virtual_serial.h"
 
 namespace {
 
@@ -57,6 +59,30 @@ TEST_F(CameraCommands, CaptureStopsTheLiveViewAndShowsAManualFrame) {
   EXPECT_EQ(displayFrame.pixels[4], 50);
   EXPECT_TRUE(hasLine("blit display 0,0", recordedDisplayCalls()));
   EXPECT_EQ(recordedCalls().back(), "focus main");
+}
+
+}  // namespace
+
+namespace {
+
+double meanBrightness(const ImageBuffer& picture) {
+  const size_t bytes = static_cast<size_t>(picture.width) * picture.height * 4;
+  double sum = 0;
+  for (size_t i = 0; i < bytes; i += 4) sum += picture.pixels[i] + picture.pixels[i + 1];
+  return sum / (bytes / 4);
+}
+
+// The snapshot's frame is grabbed while the lamp is lit, and the lamp is dark afterwards.
+TEST_F(CameraTest, TheSnapshotIsTakenUnderTheLamp) {
+  ASSERT_EQ(CameraConnect(camera), 1);
+  ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
+  CameraSetup(camera, 4);  // the snapshot's own camera setting, with the lamp off
+  CameraGrab(camera, 1);
+  const double dark = meanBrightness(displayFrame);
+  dispatchCommand(2102);
+  EXPECT_GT(meanBrightness(displayFrame), 2 * dark + 10) << dark;
+  EXPECT_EQ(boardPin(virtualSerialBoard(), kBoardLampPin), 0);
+  CloseSerialLink(serialLink);
 }
 
 }  // namespace

@@ -24,15 +24,13 @@ class LinkTest : public StationTest {
     if (HasFailure()) std::fputs(trace.c_str(), stdout);
   }
 
-  // Opens the link with the given stored speeds, then forgets the bytes of the open and
-  // the flags of its X zeroing, so that a test's first X move goes out.
+  // Opens the link with the given stored speeds, then forgets the bytes of the open.
   void openWithSpeeds(int x, int y, int z) {
     serialLink.speedUmPerS[0] = x;
     serialLink.speedUmPerS[1] = y;
     serialLink.speedUmPerS[2] = z;
     ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
     virtualSerialClearWritten();
-    serialLink.upperLimit[0] = serialLink.lowerLimit[0] = 0.0;
   }
 
   // The commands written since the last clear, split at their NUL terminators.

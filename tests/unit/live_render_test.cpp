@@ -23,7 +23,7 @@ TEST(ScaleBar, IsTheLongestWholeMicrometreLengthWithin100Pixels) {
 TEST_F(LiveRender, TheScaleBarIsYellowWithAnOutlinedLabelTimesTheMultiplier) {
   station.zoom = 0.5;
   Canvas* canvas = canvasNew(SurfaceWindow::Main);
-  DrawScaleBar(canvas, 3);
+  drawScaleBar(canvas, 3);
   canvasFree(canvas);
   EXPECT_EQ(recordedDisplayCalls(),
             (Lines{"rect 950,950,1050,955 pen 000000 fill ffff00", "text 966,955 000000 600 um",

@@ -124,6 +124,21 @@ TEST_F(StageMotionTest, APressOnAPadEdgeStartsNoJog) {
   EXPECT_EQ(jogPad.busy, 0);
 }
 
+TEST_F(StageMotionTest, AHeldJogPadRepeatsItsStepUntilTheButtonIsLetGo) {
+  openWithSpeeds(1000, 1000, 100);
+  const IntRect& r = jogPad.rects[1];  // +X
+  const uint64_t releaseAt = virtualClockNow() + 3000;
+  recordedScriptAction(releaseAt, [] { JogPadRelease(jogPad); });
+  JogPadPress(jogPad, {(r.left + r.right) / 2, (r.top + r.bottom) / 2});
+  std::vector<std::string> sent = sentCommands();
+  const auto xMoves =
+      std::count_if(sent.begin(), sent.end(), [](const std::string& c) { return c[0] == 'm'; });
+  EXPECT_GE(xMoves, 3);
+  EXPECT_GE(virtualClockNow(), releaseAt);
+  EXPECT_LT(virtualClockNow(), releaseAt + 2000) << "no step starts after the release";
+  EXPECT_EQ(jogPad.busy, 0);
+}
+
 TEST_F(StageMotionTest, ThePositionBoxesAreParsedAndClamped) {
   openWithSpeeds(5000, 1000, 100);
   recordedSetBoxText(Box::PositionX, "30000");

@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <functional>
 #include <tuple>
 
 #include "app/feedback.h"
 #include "app/main_controls_win32.h"
 #include "app/main_window_win32.h"
+#include "app/station.h"
+#include "camera/Basler_camera.h"
+#include "link/serial_link.h"
 #include "resources/resource.h"
 
 namespace {
@@ -126,6 +130,30 @@ TEST_F(MainWindow, AQuitTakenDuringAWaitIsLeftForTheMessageLoop) {
   MSG message;
   ASSERT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
   EXPECT_EQ(message.wParam, 3u);
+}
+
+}  // namespace
+
+namespace {
+
+// Enter in each box runs that box's command: with no board the moves land in the
+// position model, the offsets and camera values in their records.
+TEST_F(MainWindow, EnterInEachBoxRunsItsCommand) {
+  const MainControlHandles& h = mainControls;
+  const std::tuple<HWND, const char*, std::function<double()>, double> boxes[] = {
+      {h.positionXBox, "123", [] { return serialLink.positionUm[0]; }, 123.0},
+      {h.positionYBox, "-45", [] { return serialLink.positionUm[1]; }, -45.0},
+      {h.positionZBox, "7", [] { return serialLink.positionUm[2]; }, 7.0},
+      {h.dxBox, "1000", [] { return station.offsetX; }, 300.0},
+      {h.dyBox, "-12", [] { return station.offsetY; }, -12.0},
+      {h.gainBox, "5", [] { return double(camera.gain); }, 5.0},
+  };
+  for (const auto& [box, text, value, expected] : boxes) {
+    SetWindowTextA(box, text);
+    SetFocus(box);
+    pressKey(box, VK_RETURN);
+    EXPECT_EQ(value(), expected) << text;
+  }
 }
 
 }  // namespace
