@@ -22,7 +22,7 @@ IMPORT_LINE_PATTERNS = 32823
 DELETE_ALL_LINES = 32818
 LONG_STROKE_TEST = 32833
 START_WRITING = (1362 + 50, 980 + 20)
-LINE_WIDTH_1 = (1262 + 10, 812 + 10)
+LINE_WIDTH_1 = (1262 + 10, 517 + 10)
 X_POSITION_BOX = (1262, 230, 50, 20)
 ZOOM = 1232 / 737  # the camera view's display pixels per um, the zoom at start
 
@@ -72,17 +72,20 @@ def run_folder(session):
 
 class LinesUnderWine(unittest.TestCase):
     def start(self, session):
-        """The program on the board, with X jogged left and right once: the start-up zeroes
-        X and sets both its limit flags, which the first move each way clears."""
         board = Board(session)
         session.start("telvane.exe")
-        session.dismiss_message_boxes_until(TITLE)
-        session.press_keys(TITLE, "Left", "Right")
-        deadline = time.monotonic() + 30
-        while session.box_text(TITLE, X_POSITION_BOX) != "500":
-            self.assertLess(time.monotonic(), deadline, "X never reached 500 um")
-            time.sleep(0.5)
         return board
+
+    def unlock_x(self, session, board):
+        """The start-up zeroes X and sets both its limit flags, which the first move each
+        way clears: the operator types -1 and then 1 into the X box (1 um is 6 steps)."""
+        for keys in (["minus", "1"], ["1"]):
+            session.click_client(TITLE, X_POSITION_BOX[0] + 25, X_POSITION_BOX[1] + 10)
+            subprocess.run(["xdotool", "key", "--delay", "100", "ctrl+a", *keys, "Return"],
+                           env=session.env, check=True)
+            time.sleep(4)  # the refused move waits out its time-out
+        self.assertIn("m6", board.commands())
+        time.sleep(2)
 
     def answer_file_dialog(self, session, unix_path):
         self.assertTrue(session.inspect("wait", "Open", 20000), "no file dialog")
@@ -95,6 +98,8 @@ class LinesUnderWine(unittest.TestCase):
         with WineSession("line_import") as session:
             board = self.start(session)
             try:
+                session.dismiss_message_boxes_until(TITLE)
+                self.unlock_x(session, board)
                 lines = os.path.join(session.desktop, "lines.txt")
                 with open(lines, "w") as f:
                     f.write("0.000000,0.000000,100.000000,0.000000,10\n"
@@ -120,8 +125,8 @@ class LinesUnderWine(unittest.TestCase):
                 raised = [c for c in commands if c.startswith("G 5 ") and c != "G 5 0"]
                 self.assertEqual(raised, ["G 5 209", "G 5 214", "G 5 219", "G 5 224",
                                           "G 5 229"])
-                # The stage ends where it started: X 500 um is 3200 steps.
-                self.assertEqual([c for c in commands if c[0] == "m"][-1], "m3200")
+                # The stage ends where it started: X 1 um is 6 steps.
+                self.assertEqual([c for c in commands if c[0] == "m"][-1], "m6")
                 self.assertEqual([c for c in commands if c[0] == "M"][-1], "M0")
                 session.inspect("close", TITLE)
                 self.assertEqual(session.wait_exit(), 0)
@@ -132,6 +137,8 @@ class LinesUnderWine(unittest.TestCase):
         with WineSession("line_drawing") as session:
             board = self.start(session)
             try:
+                session.dismiss_message_boxes_until(TITLE)
+                self.unlock_x(session, board)
                 session.click_client(TITLE, *LINE_WIDTH_1)
                 corners = [(616, 514), (716, 514), (716, 614), (616, 514)]
                 for x, y in corners:
