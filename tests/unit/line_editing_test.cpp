@@ -141,16 +141,6 @@ TEST_F(LineEditing, WidthButtonsAndEraseCheckTheirRadioAndSwitchErasing) {
                                     "radio 2105-2109: 2105", "radio 2105-2109: 2108"}));
 }
 
-TEST_F(LineEditing, DeleteAllLinesPaintsThemOutAndEndsTheChain) {
-  linePattern.segments = {{0, 0, 10, 0, 3}, {10, 0, 10, 10, 10}};
-  leftClick({316, 314});
-  dispatchCommand(IDM_DELETE_ALL_LINES);
-  EXPECT_TRUE(linePattern.segments.empty());
-  EXPECT_FALSE(linePattern.drawing);
-  EXPECT_EQ(drawingCalls(), (Calls{"line main 616,514-626,514 width 3 pen dcdcdc",
-                                   "line main 626,514-626,524 width 10 pen dcdcdc"}));
-}
-
 TEST_F(LineEditing, TheListStaysAsItIsWhileAnOperationRuns) {
   linePattern.segments = {{0, 0, 10, 0, 3}};
   writingActive = 1;
