@@ -7,7 +7,6 @@
 #include <cstdio>
 
 #include "app/feedback.h"
-#include "camera/Basler_camera.h"
 
 BinnedPlane binnedRed;
 BinnedPlane binnedGreen;
@@ -78,9 +77,4 @@ float frameSharpness(const ImageBuffer& frame) {
   std::snprintf(text, sizeof text, "%.3f", sharpness);
   feedbackSetBoxText(Box::Status, text);
   return sharpness;
-}
-
-float showFocusMeasure(ImageBuffer& image) {
-  CameraGrab(camera, 1);
-  return frameSharpness(image);
 }

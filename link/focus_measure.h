@@ -28,5 +28,3 @@ void buildBinnedPlanes(const ImageBuffer& frame);
 double planeSharpness(const BinnedPlane& plane, int k);
 // The mean of the three planes' sharpness, shown with "%.3f" in the status box.
 float frameSharpness(const ImageBuffer& frame);
-// A fresh camera frame into image, then its sharpness, shown and returned.
-float showFocusMeasure(ImageBuffer& image);

@@ -1,6 +1,7 @@
 // The line mappings and drawing: see line_display.h.
 #include "pattern/line_display.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -32,8 +33,12 @@ IntPoint drawingPixel(float xUm, float yUm) {
 }
 
 IntPoint hitTestPixel(float xUm, float yUm) {
-  return {truncatedToInt(xUm * station.zoom + station.displayCenterX),
-          truncatedToInt(yUm * station.zoom + station.displayCenterY)};
+  // Far off the display either way; the limit keeps the eraser's products in 64 bits.
+  constexpr double kFarPixels = 1e9;
+  return {truncatedToInt(
+              std::clamp(xUm * station.zoom + station.displayCenterX, -kFarPixels, kFarPixels)),
+          truncatedToInt(
+              std::clamp(yUm * station.zoom + station.displayCenterY, -kFarPixels, kFarPixels))};
 }
 
 int penWidthPixels(int widthClass) { return truncatedToInt(widthClass * station.zoom); }

@@ -54,16 +54,6 @@ TEST(FocusMeasure, FewerThanElevenContrastPositionsGiveTheFloor) {
   EXPECT_DOUBLE_EQ(planeSharpness(plane, kFocusOffset), 4 * 600.0 / 12 / 100.0);
 }
 
-TEST_F(Focusing, AFrameIsBinnedFourByFourPerColourAndItsMeasureShown) {
-  virtualCameraUseFixedFrame(90);
-  CameraGrab(camera, 1);
-  displayFrame.pixels[(8 * 1232 + 12) * 4 + 2] = 106;  // red of pixel (12, 8)
-  EXPECT_FLOAT_EQ(frameSharpness(displayFrame), 0.0001f);
-  EXPECT_FLOAT_EQ(binnedRed[2][3], 91.0f);
-  EXPECT_FLOAT_EQ(binnedGreen[2][3], 90.0f);
-  EXPECT_EQ(recordedBoxText(Box::Status), "0.000");
-}
-
 TEST(FocusSearch, TheSearchGoesOnAtLeastFourStepsPastTheBest) {
   // The best at step 10, then a sharp fall: the search ends at step 14, not before.
   for (int step = 11; step <= 13; ++step)

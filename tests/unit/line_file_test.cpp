@@ -81,10 +81,4 @@ TEST_F(LineFile, AnEmptyOrMissingFileLeavesTheListEmpty) {
   EXPECT_TRUE(hasLine("message File open error: Unable to open file"));
 }
 
-TEST_F(LineFile, ACancelledFileQuestionKeepsTheLines) {
-  linePattern.segments = {{0, 0, 10, 0, 3}};
-  dispatchCommand(IDM_IMPORT_LINE_PATTERNS);
-  EXPECT_EQ(linePattern.segments.size(), 1u);
-}
-
 }  // namespace

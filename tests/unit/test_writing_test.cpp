@@ -106,14 +106,6 @@ TEST_F(TestWriting, TheBlackTapeTestEndsAt4Point7VoltsButAStopSwitchesTheLaserOf
   EXPECT_EQ(boardPwm(virtualSerialBoard(), 5), 0);
 }
 
-TEST_F(TestWriting, AStopEndsThePRTestWithTheLaserOffAndTheStageBack) {
-  stopSoon();
-  dispatchCommand(IDM_PR_TEST);
-  expectBackAtTheStartWithTheRunOver();
-  EXPECT_EQ(boardPwm(virtualSerialBoard(), 5), 0);
-  EXPECT_LT(exposedXByPwm().size(), 2u);
-}
-
 TEST_F(TestWriting, NoTestStartsWhileAnotherOperationRuns) {
   writingActive = 1;
   for (int command : {IDM_LONG_STROKE_TEST, IDM_PR_TEST, IDM_BLACK_TAPE_TEST})
