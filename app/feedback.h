@@ -33,8 +33,6 @@ std::string feedbackGetBoxText(Box box, int maxChars);
 void feedbackPaintStatus(const std::string& newest, const std::string& previous);
 
 void feedbackSetButtonText(int controlId, const std::string& text);
-// The main window's own text, its title (edge finding shows its count there).
-void feedbackSetMainWindowText(const std::string& text);
 void feedbackCheckRadio(int firstId, int lastId, int checkedId);
 void feedbackSetCheck(int controlId, bool checked);
 void feedbackFocusMainWindow();

@@ -73,10 +73,6 @@ void feedbackSetButtonText(int controlId, const std::string& text) {
   SetDlgItemTextA(mainWindow, controlId, text.c_str());
 }
 
-void feedbackSetMainWindowText(const std::string& text) {
-  if (mainWindow != nullptr) SetWindowTextA(mainWindow, text.c_str());
-}
-
 void feedbackCheckRadio(int firstId, int lastId, int checkedId) {
   CheckRadioButton(mainWindow, firstId, lastId, checkedId);
 }

@@ -62,7 +62,7 @@ void findEdges(const int32_t* cells, int32_t** edgeCodes, EdgePoint* points, int
   }
   char text[64];
   std::snprintf(text, sizeof text, "Edge points:%d found ", count);
-  feedbackSetMainWindowText(text);
+  showStatus(text);
 }
 
 void scanRemainingPoints() {

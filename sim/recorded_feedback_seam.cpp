@@ -108,8 +108,6 @@ void feedbackSetButtonText(int controlId, const std::string& text) {
   calls.push_back("button " + std::to_string(controlId) + ": " + text);
 }
 
-void feedbackSetMainWindowText(const std::string& text) { calls.push_back("title: " + text); }
-
 void feedbackCheckRadio(int firstId, int lastId, int checkedId) {
   calls.push_back("radio " + std::to_string(firstId) + "-" + std::to_string(lastId) + ": " +
                   std::to_string(checkedId));

@@ -27,7 +27,7 @@ TEST_F(EdgeFinding, ASingleDarkCellIsTheOnlyPointWithCode33) {
   EXPECT_EQ(edgePoints[0].x, 400);
   EXPECT_EQ(edgePoints[0].y, 300);
   EXPECT_EQ(code(400, 300), 33);
-  EXPECT_TRUE(hasLine("title: Edge points:1 found "));
+  EXPECT_TRUE(hasLine("status: Edge points:1 found "));
 }
 
 TEST_F(EdgeFinding, TheGridBorderActsAsABrightNeighbour) {
@@ -69,13 +69,13 @@ TEST_F(EdgeFinding, TheListStopsAt10000PointsAndTheLastKeepsNoCode) {
   EXPECT_EQ(code(last.x, last.y), 0);
   EXPECT_EQ(code(996, 19), 3);
   EXPECT_EQ(code(0, 20), 0);  // never examined
-  EXPECT_TRUE(hasLine("title: Edge points:10000 found "));
+  EXPECT_TRUE(hasLine("status: Edge points:10000 found "));
 }
 
 TEST_F(EdgeFinding, ABrightGridHasNoEdges) {
   dispatchCommand(IDM_FIND_EDGES);
   EXPECT_EQ(edgePointCount, 0);
-  EXPECT_TRUE(hasLine("title: Edge points:0 found "));
+  EXPECT_TRUE(hasLine("status: Edge points:0 found "));
 }
 
 TEST_F(EdgeFinding, TheScanGivesEveryCellTheCodeOfTheSingleCellRule) {
