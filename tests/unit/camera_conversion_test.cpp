@@ -41,12 +41,6 @@ TEST_F(Conversion, FirstRawRowPairLandsInTheLastDisplayRow) {
   EXPECT_EQ(target[1027 * kRowBytes + 3], 0xAB) << "the reserved byte is never written";
 }
 
-TEST_F(Conversion, LastDisplayColumnComesFromRawColumns2462And2463) {
-  setCell(2 * kWidth + 2462, 50, 60, 70, 80);
-  ConvertBayerToDisplay(camera, raw.data(), target.data());
-  EXPECT_EQ(bgr(1026, 1231), (Bgr{80, 65, 50}));
-}
-
 // Every cell of a noisy frame against the per-cell rule, so that no lane of the wide loop
 // can mix up its samples.
 TEST_F(Conversion, EveryCellOfANoisyFrameFollowsTheCellRule) {

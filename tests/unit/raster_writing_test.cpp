@@ -1,7 +1,5 @@
 // The raster writing engine on the virtual board, as the "Start Writing" run leaves it
-// (writingActive 1, no stop requested): the rasters of the two passes, the strokes of a
-// cluster (moves, speeds, voltages), the defocus, "Center Writing Only", the stop, and
-// what the board exposed against the mask's dark area.
+// (writingActive 1, no stop requested).
 #include "link/raster_writing.h"
 
 #include <gmock/gmock.h>
@@ -47,7 +45,6 @@ class RasterWriting : public LinkTest {
   }
 };
 
-// A fresh board and clock, so that two runs in one test go exactly alike.
 TEST_F(RasterWriting, OneClusterIsWrittenInSerpentineRowStrokesAtTheInsideSpeedAndVoltage) {
   station.stageX = 100;
   station.stageY = 200;
@@ -61,9 +58,7 @@ TEST_F(RasterWriting, OneClusterIsWrittenInSerpentineRowStrokesAtTheInsideSpeedA
   const auto exposure = std::find(sent.begin(), sent.end(), "G 5 117");
   EXPECT_EQ(*(exposure + 1), "s4480");
   EXPECT_EQ(station.doneCells, 8);
-  EXPECT_EQ(station.cellCount, 8);
   EXPECT_TRUE(hasLine("box Progress: Writing: 100% done"));
-  EXPECT_EQ(laser.laserVoltage, 0.0);
   EXPECT_EQ(writingActive, 1);  // the run clears it, not the engine
 }
 
@@ -71,7 +66,6 @@ TEST_F(RasterWriting, AOnePixelClusterIsSkipped) {
   darkInMask(600, 450, 601, 451);
   StartRasterWriting();
   EXPECT_THAT(movesAndVoltages(), ElementsAre());
-  EXPECT_EQ(station.doneCells, 0);
   EXPECT_EQ(clusterCount, 0);  // the coarse pass found nothing: its grouping came last
 }
 
@@ -83,24 +77,16 @@ TEST_F(RasterWriting, TheCoarseRasterIsTheBlockThresholdOutsideTheBrightCentre) 
   for (int k = 0; k < 11; ++k) setCell(targetPattern, 10 + k % 5, k / 5, kBrightCell);
   EXPECT_EQ(BuildWritingRasters(targetPattern, coarsePattern, finePattern), 200);
   const int32_t* coarse = coarsePattern.cells;  // 200 x 200, stride 200
-  EXPECT_EQ(coarse[0], kDarkCell);
-  EXPECT_EQ(coarse[1], kBrightCell);
-  EXPECT_EQ(coarse[2], kDarkCell);
-  EXPECT_EQ(coarse[80 * 200 + 80], kBrightCell);  // the centre 80..119 is left to the fine pass
-  EXPECT_EQ(coarse[119 * 200 + 119], kBrightCell);
-  EXPECT_EQ(coarse[120 * 200 + 119], kDarkCell);
-  EXPECT_EQ(coarse[79 * 200 + 100], kDarkCell);
+  EXPECT_THAT(std::vector<int32_t>(coarse, coarse + 3),
+              ElementsAre(kDarkCell, kBrightCell, kDarkCell));
+  // The centre 80..119 is left to the fine pass.
+  EXPECT_EQ(darkCells(coarsePattern), 200 * 200 - 40 * 40 - 1);
+  EXPECT_EQ(coarse[80 * 200 + 80], kBrightCell);
   // The fine raster is the source inside 390..609 and bright outside.
   EXPECT_EQ(getCell(finePattern, 390, 390), kDarkCell);
-  EXPECT_EQ(getCell(finePattern, 609, 609), kDarkCell);
-  EXPECT_EQ(getCell(finePattern, 389, 500), kBrightCell);
-  EXPECT_EQ(getCell(finePattern, 500, 610), kBrightCell);
   EXPECT_EQ(darkCells(finePattern), 220 * 220);
-}
-
-TEST_F(RasterWriting, WithBlockSize1EveryCoarseCellIsBright) {
+  // With block size 1 every coarse cell is bright.
   cellGrid.cellSize = 1;
-  darkRectangle(targetPattern.cells, kPatternSide, 0, 0, 1000, 1000);
   EXPECT_EQ(BuildWritingRasters(targetPattern, coarsePattern, finePattern), 1000);
   EXPECT_EQ(darkCells(coarsePattern), 0);
 }
@@ -119,7 +105,6 @@ TEST_F(RasterWriting, TheDefocusGoesToTheXReadingPlusDzBeforeTheCoarsePass) {
   EXPECT_NE(std::find(defocus, kept.end(), "G 5 132"), kept.end());  // 2.6 V, after it
   // The coarse strokes are 5 cells a step: X from 1200 + (20 x 5 - 500) um.
   EXPECT_NE(std::find(defocus, kept.end(), "m5120"), kept.end());  // 800 um = 5120 steps
-  EXPECT_EQ(station.doneCells, 8 * 25);
 }
 
 TEST_F(RasterWriting, CenterWritingOnlySkipsTheDefocusAndTheCoarsePass) {
@@ -134,7 +119,6 @@ TEST_F(RasterWriting, CenterWritingOnlySkipsTheDefocusAndTheCoarsePass) {
   }
   EXPECT_EQ(station.doneCells, 50);
   EXPECT_EQ(getCell(finalPattern, 105, 105), kBrightCell);
-  EXPECT_EQ(getCell(finalPattern, 505, 502), kDarkCell);
 }
 
 TEST_F(RasterWriting, AStopDuringAStrokeFinishesTheMoveSetsZeroVoltsAndWritesNothingMore) {
@@ -157,12 +141,10 @@ TEST_F(RasterWriting, AStopDuringAStrokeFinishesTheMoveSetsZeroVoltsAndWritesNot
   recordedScriptClick(clickAtMs, QueuedTarget::MainWindow);
   recordedQueueAnswer(Answer::Yes);
   StartRasterWriting();
-  EXPECT_TRUE(hasLine("question Warning: Do you want to stop writing, now ?"));
   EXPECT_EQ(station.stopRequested, 1);
   EXPECT_THAT(movesAndVoltages(), ElementsAre("m0", "M0", "G 5 117", "m249", "M0", "G 5 0"));
   EXPECT_DOUBLE_EQ(boardAxisUm(virtualSerialBoard(), 0, virtualClockNow()), 249 / 6.4);
   EXPECT_EQ(station.doneCells, 40);
-  EXPECT_EQ(laser.laserVoltage, 0.0);
 }
 
 // The distance in um from (x, y) to the nearest exposed stretch of the path.
@@ -228,10 +210,7 @@ TEST_F(RasterWriting, TheStrokesAndTheGreenPaintingCoverTheMasksDarkArea) {
     }
   }
   EXPECT_GE(reachedByLaser * 100, darkCount * 98) << reachedByLaser << " of " << darkCount;
-  // Nothing outside the dark area was written or turned green.
-  EXPECT_EQ(darkCells(finalPattern), 70 * 60 + 50 * 40);
-  Rgb colour{};
-  EXPECT_FALSE(recordedDirectPixel(SurfaceWindow::Main, 449 + 116, 1014 - 500, colour));
+  EXPECT_EQ(darkCells(finalPattern), 70 * 60 + 50 * 40) << "nothing outside it was written";
 }
 
 TEST_F(RasterWriting, AZoomedViewWritesTheTargetResampledAtThatZoom) {
@@ -240,8 +219,7 @@ TEST_F(RasterWriting, AZoomedViewWritesTheTargetResampledAtThatZoom) {
   darkInMask(480, 480, 520, 520);
   centerWritingOnly = 1;
   StartRasterWriting();
-  EXPECT_EQ(darkCells(finePattern), 30 * 30);  // 40 cells at 0.75
-  EXPECT_EQ(station.doneCells, 30 * 30);
+  EXPECT_EQ(station.doneCells, 30 * 30);  // 40 cells at 0.75
 }
 
 }  // namespace
