@@ -87,7 +87,7 @@ TEST_F(MainCommands, LayerBoxesStartCheckedAndToggleThePicturesAndLines) {
   EXPECT_EQ(maskImage.valid + linesEnabled + alignmentMarkImage.valid + centerWritingOnly, 2);
 }
 
-TEST_F(MainCommands, MenuStopAndStartVectorWritingChangeNothing) {
+TEST_F(MainCommands, MenuStopAndStartVectorWritingChangeNothingAndClosingStopsTheLiveView) {
   setLiveView(1);
   recordedFeedbackReset();
   uint64_t startMs = virtualClockNow();
@@ -97,6 +97,10 @@ TEST_F(MainCommands, MenuStopAndStartVectorWritingChangeNothing) {
   EXPECT_TRUE(recordedCalls().empty());
   EXPECT_EQ(virtualClockNow(), startMs);
   EXPECT_EQ(setLiveView(4), 1);
+  // Closing the window stops the live view and waits.
+  onMainWindowDestroyed();
+  EXPECT_EQ(setLiveView(4), 0);
+  EXPECT_EQ(virtualClockNow() - startMs, 100u);
 }
 
 TEST_F(MainCommands, FirstStatesEndWithTheBlinkBoxAndTheLiveViewOff) {
@@ -109,14 +113,6 @@ TEST_F(MainCommands, FirstStatesEndWithTheBlinkBoxAndTheLiveViewOff) {
   EXPECT_EQ(recordedBoxText(Box::Exposure), "30000");
   EXPECT_EQ(Calls(calls.end() - 4, calls.end()),
             (Calls{"box Blink: 500", "timer 1: killed", "radio 2112-2113: 2113", "focus main"}));
-}
-
-TEST_F(MainCommands, ClosingTheWindowStopsTheLiveViewAndWaits) {
-  setLiveView(1);
-  uint64_t startMs = virtualClockNow();
-  onMainWindowDestroyed();
-  EXPECT_EQ(setLiveView(4), 0);
-  EXPECT_EQ(virtualClockNow() - startMs, 100u);
 }
 
 }  // namespace

@@ -24,9 +24,8 @@ TEST_F(StageMotionTest, ASilentBoardEndsTheWaitAfterItsTimeOut) {
   virtualSerialBoard().faults.silent = true;
   uint64_t start = virtualClockNow();
   EXPECT_EQ(WaitForAxis(serialLink, 2, 100.0, 3000), kWaitTimedOut);
-  uint64_t waited = virtualClockNow() - start;
-  EXPECT_GE(waited, 3000u);
-  EXPECT_LT(waited, 3000u + 550u + 150u + 10u + 10u);  // one cycle of reads and a pump
+  // Over by at most one cycle of reads and a pump.
+  EXPECT_NEAR(virtualClockNow() - start, 3000u + 360u, 360u);
   EXPECT_NE(lastStatus().find("/3000, Fail to read:"), std::string::npos);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
 }
@@ -143,10 +142,4 @@ TEST_F(StageMotionTest, WaferTwiceLowersZOnce) {
   std::vector<std::string> sent = sentCommands();
   EXPECT_EQ(std::count(sent.begin(), sent.end(), "L-1088"), 1);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -680.0);
-}
-
-TEST_F(StageMotionTest, ReopeningWithoutAPortReportsNoDevices) {
-  virtualSerialSetPresent(false);
-  dispatchCommand(32810);
-  EXPECT_TRUE(hasLine("message Scanner Error: No devices found"));
 }
