@@ -1,6 +1,5 @@
 // Point sets for grouping, made the same way by the tests and the benchmarks: random,
-// clustered, and shapes that make the plain algorithm work hardest (many clusters opened
-// before the points that join them, outlines whose arms meet only at their last row).
+// clustered, and shapes that make the plain algorithm work hardest.
 #pragma once
 
 #include <algorithm>
@@ -37,26 +36,6 @@ inline PointSet clusteredPoints(int count, int blobs, int radius, uint32_t seed)
   for (int i = 0; i < count; ++i) {
     const EdgePoint c = centres[static_cast<size_t>(pick(random))];
     points.push_back(pointAt(c.x + offset(random), c.y + offset(random)));
-  }
-  return points;
-}
-
-// The outline of a comb in raster order: `teeth` teeth of the given height, 3 cells
-// wide, 4 cells apart, joined by a bar above them. Each tooth opens its own cluster and
-// they all meet only at the bar, the last rows scanned.
-inline PointSet combOutline(int teeth, int height) {
-  PointSet points;
-  const int width = teeth * 7;
-  for (int y = 0; y < height; ++y) {
-    for (int t = 0; t < teeth; ++t) {
-      const int left = t * 7;
-      for (int x = left; x < left + 3; ++x) {
-        if (y == 0 || x == left || x == left + 2) points.push_back(pointAt(x, y));
-      }
-    }
-  }
-  for (int y = height; y < height + 2; ++y) {
-    for (int x = 0; x < width; ++x) points.push_back(pointAt(x, y));
   }
   return points;
 }
