@@ -44,18 +44,18 @@ TEST_F(ResponsiveWait, ClosingTheWindowDuringAMoveWaitStopsTheOperation) {
   EXPECT_LT(virtualClockNow(), 1'000'100u);
 }
 
-TEST_F(ResponsiveWait, IdleClickOnTheMainWindowActsButOnTheDisplayStopsTheMotors) {
+// Idle, a click on the main window acts but one on the display stops the motors;
+// focusing asks the writing question first, then stops them on No.
+TEST_F(ResponsiveWait, AClickOnTheDisplayStopsTheMotors) {
   recordedScriptClick(1'000'010, QueuedTarget::MainWindow);
   recordedScriptClick(1'000'020, QueuedTarget::DisplayWindow);
   EXPECT_EQ(waitResponsive(3000), 3);
   EXPECT_EQ(station.stopRequested, 1);
   EXPECT_EQ(recordedCalls().back(), "message Notice: Motor has stopped.");
   EXPECT_EQ(recordedDispatchedClicks(), 1);
-}
-
-TEST_F(ResponsiveWait, FocusingAsksTheWritingQuestionThenStopsTheMotorsOnNo) {
   station.focusingActive = 1;
-  recordedScriptClick(1'000'020, QueuedTarget::DisplayWindow);
+  recordedFeedbackReset();
+  recordedScriptClick(virtualClockNow() + 20, QueuedTarget::DisplayWindow);
   EXPECT_EQ(waitResponsive(3000), 3);
   EXPECT_TRUE(hasLine("question Warning: Do you want to stop writing, now ?"));
   EXPECT_EQ(recordedCalls().back(), "message Notice: Motor has stopped.");
@@ -81,20 +81,14 @@ TEST_F(StatusDisplay, StagePositionIsTruncatedToWholeMicrometres) {
   EXPECT_EQ(recordedBoxText(Box::PositionZ), "0");
 }
 
-TEST_F(StatusDisplay, TimeEstimateWhenNothingRunsAndAtZeroSpeed) {
+// Elapsed minutes count only while writing; a speed of 0 counts as 1.
+TEST_F(StatusDisplay, TimeEstimate) {
   station.cellCount = 51088;
   cellGrid.cellSize = 2;
-  station.writingSpeed = 600;
-  showTimeEstimate();
-  EXPECT_EQ(recordedBoxText(Box::Time), "0 (2) min.");
   station.writingSpeed = 0;
   showTimeEstimate();
   EXPECT_EQ(recordedBoxText(Box::Time), "0 (214) min.");  // 51088 / 2 / 2 / 1 / 60 + 2
-}
-
-TEST_F(StatusDisplay, TimeEstimateCountsElapsedMinutesOnlyWhileWriting) {
   station.cellCount = 1'000'000;
-  cellGrid.cellSize = 2;
   station.magnification = 2;
   station.writingSpeed = 5000;  // clamped to 800 for the estimate only
   station.startTick = static_cast<int>(virtualClockNow());
