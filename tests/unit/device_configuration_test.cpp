@@ -105,10 +105,8 @@ TEST_F(DeviceConfiguration, SendAndSetSendTheCommandBoxAndRecieveShowsTheAnswer)
   recordedDialogPress(IDC_DCFG_SEND);
   runDialog();
   EXPECT_EQ(sentCommands(), (Commands{"G 5 100", "P"}));
-  Commands answers;
-  for (const std::string& call : recordedDialogCalls())
-    if (call.rfind("text 1002: ", 0) == 0) answers.push_back(call.substr(11));
-  EXPECT_EQ(answers, (Commands{"Z=12.5", "Z=12.5", "P0\r\n", "Z=12.5"}));
+  EXPECT_EQ(linesAfter("text 1002: ", recordedDialogCalls()),
+            (Commands{"Z=12.5", "Z=12.5", "P0\r\n", "Z=12.5"}));
   EXPECT_TRUE(hasLine("message Arduino Error: Fail to send command"));
 }
 

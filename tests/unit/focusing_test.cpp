@@ -31,10 +31,7 @@ class Focusing : public LinkTest {
   }
 
   static int statusLinesStartingWith(const std::string& prefix) {
-    const auto& calls = recordedCalls();
-    return static_cast<int>(std::count_if(calls.begin(), calls.end(), [&](const std::string& c) {
-      return c.rfind("status: " + prefix, 0) == 0;
-    }));
+    return static_cast<int>(linesAfter("status: " + prefix, recordedCalls()).size());
   }
 };
 

@@ -23,20 +23,14 @@ class Grouping : public PatternTest {
     return used;
   }
 
+  // The new status texts, without the padding and the line before.
   static std::vector<std::string> statusTexts() {
-    std::vector<std::string> texts;
-    for (const std::string& line : recordedCalls()) {
-      if (line.rfind("status: ", 0) == 0) texts.push_back(line.substr(8, line.find("   ") - 8));
-    }
+    std::vector<std::string> texts = linesAfter("status: ", recordedCalls());
+    for (std::string& text : texts) text.resize(text.find("   "));
     return texts;
   }
-
   static std::vector<std::string> rectangles() {
-    std::vector<std::string> drawn;
-    for (const std::string& line : recordedDisplayCalls()) {
-      if (line.rfind("rect ", 0) == 0) drawn.push_back(line);
-    }
-    return drawn;
+    return linesAfter("rect ", recordedDisplayCalls());
   }
 };
 
@@ -88,7 +82,7 @@ TEST_F(Grouping, AUShapeScannedArmsFirstEndsAsOneCluster) {
   EXPECT_EQ(clusterTable[0].count, edgePointCount);
   EXPECT_EQ(statusTexts().back(), "1 clusters found");
   // The rectangle of the whole U, y flipped into the writing area (116, 14).
-  EXPECT_THAT(rectangles(), ::testing::ElementsAre("rect 216,1014,325,962 pen 646464 hollow"));
+  EXPECT_THAT(rectangles(), ::testing::ElementsAre("216,1014,325,962 pen 646464 hollow"));
 }
 
 TEST_F(Grouping, The998thSeparatePointOverflowsMaxGrain) {
@@ -102,7 +96,7 @@ TEST_F(Grouping, The998thSeparatePointOverflowsMaxGrain) {
 
 TEST_F(Grouping, RectanglesOfTheCoarsePassAreScaledByTheBlockSize) {
   group({pointAt(10, 20), pointAt(11, 21), pointAt(12, 22)}, 5);
-  EXPECT_THAT(rectangles(), ::testing::ElementsAre("rect 166,914,176,904 pen 646464 hollow"));
+  EXPECT_THAT(rectangles(), ::testing::ElementsAre("166,914,176,904 pen 646464 hollow"));
 }
 
 TEST_F(Grouping, GroupingIsIgnoredWhileAnOperationRuns) {

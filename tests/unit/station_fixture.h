@@ -30,6 +30,15 @@ inline bool hasLine(const std::string& prefix,
                      [&](const std::string& line) { return line.rfind(prefix, 0) == 0; });
 }
 
+// The lines that start with prefix, with the prefix cut off.
+inline std::vector<std::string> linesAfter(const std::string& prefix,
+                                           const std::vector<std::string>& lines) {
+  std::vector<std::string> found;
+  for (const std::string& line : lines)
+    if (line.rfind(prefix, 0) == 0) found.push_back(line.substr(prefix.size()));
+  return found;
+}
+
 class StationTest : public ::testing::Test {
  protected:
   void SetUp() override {

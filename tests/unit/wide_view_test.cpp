@@ -13,13 +13,7 @@ namespace {
 using Lines = std::vector<std::string>;
 using WideViewTest = CameraTest;
 
-Lines stretchedTiles() {
-  Lines tiles;
-  for (const std::string& call : recordedDisplayCalls()) {
-    if (call.rfind("stretch main ", 0) == 0) tiles.push_back(call.substr(13));
-  }
-  return tiles;
-}
+Lines stretchedTiles() { return linesAfter("stretch main ", recordedDisplayCalls()); }
 
 // Thirds of the display overlapping by one pixel, taken row by row in a serpentine.
 TEST_F(WideViewTest, VisitsTheCellsInASerpentineAndReturns) {
