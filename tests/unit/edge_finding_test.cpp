@@ -1,5 +1,4 @@
-// Edge finding: the codes of the boundary cells, the raster order and the 10,000 cap,
-// and what "Find Edges" shows the operator.
+// Edge finding: the boundary codes, the raster order and the 10,000 cap.
 #include "pattern/edge_finding.h"
 
 #include <gmock/gmock.h>

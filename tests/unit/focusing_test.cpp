@@ -1,6 +1,5 @@
-// Coarse focusing: the sharpness measure on synthetic planes and frames, the rule that
-// ends the search, and whole runs on the virtual board and camera, where the sample is
-// sharp at stage Z = 0 and X rests at 0 after the port opened.
+// Coarse focusing; on the virtual station the sample is sharp at stage Z = 0 and X rests at
+// 0 after the port opened.
 #include <algorithm>
 
 #include "app/command_dispatch.h"

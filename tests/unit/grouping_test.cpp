@@ -1,5 +1,4 @@
-// Grouping edge points into clusters: what the operator sees (rectangles, counts,
-// messages) and the equality with the plain algorithm on many kinds of point sets.
+// Grouping edge points into clusters, and its equality with the plain algorithm.
 #include "pattern/grouping.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,4 @@
-// Mask and alignment-mark import and the target pattern: the darkness rule, the double
-// resolution threshold, the union of the two pictures and the menu commands around them.
+// Mask and alignment-mark import, the darkness threshold and the target pattern.
 #include "pattern/mask_import.h"
 
 #include <gmock/gmock.h>

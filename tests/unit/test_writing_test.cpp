@@ -1,6 +1,4 @@
-// The three test programs on the virtual board, started from the menu with the stage at
-// (1000, 2000) um and Z at 0: their patterns in the exposure log, their records, their
-// stop handling and their return to the start.
+// The three test programs, started from the menu with the stage at (1000, 2000) um, Z 0.
 #include "link/test_writing.h"
 
 #include <map>

@@ -1,5 +1,4 @@
-// The frame of a writing run, the trip to the writing place, the Dx/Dy entries and the
-// display window's mouse, on the virtual board and the recorded operator.
+// The frame of a writing run, the trip to the writing place, Dx/Dy and the display's mouse.
 #include <algorithm>
 
 #include "app/command_dispatch.h"
