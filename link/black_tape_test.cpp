@@ -38,10 +38,8 @@ bool exposeOnce(double y0, double reference) {
 
 void BlackTapeTest() {
   SerialLink& link = serialLink;
-  writingActive = 1;
-  station.stopRequested = 0;
-  const double x0 = link.positionUm[0], y0 = link.positionUm[1];
-  const double reference = link.positionUm[0];
+  const TestPlaces places = startTestProgram();
+  const double x0 = places.x0, y0 = places.y0, reference = places.reference;
 
   // The laser never dwells on a stop.
   if (!exposeOnce(y0, reference)) SwitchLaser(laser, 0);

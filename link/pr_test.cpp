@@ -44,24 +44,10 @@ void writeRows(double xs, double ys, double rs) {
 }  // namespace
 
 void PRTest() {
-  SerialLink& link = serialLink;
-  writingActive = 1;
-  station.stopRequested = 0;
-  const double x0 = link.positionUm[0], y0 = link.positionUm[1];
-  const double reference = link.positionUm[0];
-
-  MoveXY(x0 + laser.laserShiftX, y0 + laser.laserShiftY, station.writingSpeed);
-  MoveAxisBy(link, 2, laser.laserShiftZ + kStartDzUm);
-  const double xs = link.positionUm[0], ys = link.positionUm[1];
-  const double startReference = link.positionUm[0];
-
-  if (!stopped()) writeRows(xs, ys, startReference);
-
-  SwitchLaser(laser, 0);
-  MoveAxisAndWait(link, 2, reference);
-  MoveXY(x0, y0, station.writingSpeed);
-  station.stopRequested = 0;
-  writingActive = 0;
+  TestPlaces places = startTestProgram();
+  approachTestPlace(places, kStartDzUm);
+  if (!stopped()) writeRows(places.xs, places.ys, places.startReference);
+  endTestProgram(places);
 }
 
 void onPRTestCommand() {

@@ -11,6 +11,18 @@
 // the program.
 extern int longStrokeRecordNumber;
 
+// Where a test program started and where it writes. The reference readings are of X.
+struct TestPlaces {
+  double x0, y0, reference;       // the stage before the program
+  double xs, ys, startReference;  // after the approach to the laser's place
+};
+// The program becomes a long operation and remembers where the stage is.
+TestPlaces startTestProgram();
+// ... then goes to the laser's place and lowers Z by startDzUm plus the laser's Z shift.
+void approachTestPlace(TestPlaces& places, int startDzUm);
+// Laser off, Z and XY back to the start, the stop forgotten, the operation over.
+void endTestProgram(const TestPlaces& places);
+
 void LongStrokeTest();
 void PRTest();
 void BlackTapeTest();
