@@ -1,5 +1,5 @@
 # make run   installs what is missing, builds, starts Telvane on the virtual station
-# make test  installs what is missing, builds, runs every test
+# make test  installs what is missing, builds, checks the floors, runs every test
 # make build / make bench / make format
 NATIVE := build/native
 WIN    := build/win
@@ -25,6 +25,7 @@ run: build
 	scripts/run-sim
 
 test: build
+	scripts/check-floors
 	ctest --test-dir $(NATIVE) --output-on-failure
 	ctest --test-dir $(WIN) --output-on-failure
 

@@ -9,16 +9,16 @@
 #include <vector>
 
 #include "app/dialog_controls.h"
-#include "app/feedback.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/status_display.h"
-#include "app/text_format.h"
 #include "camera/Basler_camera.h"
 #include "link/controller_commands.h"
 #include "link/serial_link.h"
 #include "link/stage_motion.h"
 #include "resources/resource.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
+#include "station/text_format.h"
 
 namespace {
 

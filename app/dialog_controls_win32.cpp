@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "app/dialog_controls.h"
-#include "app/main_window_win32.h"
+#include "app/shell_windows_win32.h"
 
 namespace {
 

@@ -3,13 +3,14 @@
 
 #include <cstdio>
 
-#include "app/feedback.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/view_geometry.h"
 #include "camera/display_surface.h"
+#include "pattern/display_layers.h"
 #include "pattern/line_editing.h"
 #include "pattern/line_pattern.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/view_geometry.h"
 
 namespace {
 

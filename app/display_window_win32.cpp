@@ -5,14 +5,14 @@
 #include <windowsx.h>
 
 #include "app/display_pointer.h"
-#include "app/shell_paint_win32.h"
+#include "camera/display_surface_win32.h"
 
 namespace {
 
 void onPaint(HWND window) {
   PAINTSTRUCT paint;
   HDC dc = BeginPaint(window, &paint);
-  paintDisplayWindow(dc);
+  paintDisplayBackBuffer(dc);
   EndPaint(window, &paint);
 }
 

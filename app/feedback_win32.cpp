@@ -5,9 +5,9 @@
 
 #include <vector>
 
-#include "app/feedback.h"
 #include "app/main_controls_win32.h"
-#include "app/main_window_win32.h"
+#include "app/shell_windows_win32.h"
+#include "station/feedback.h"
 
 namespace {
 

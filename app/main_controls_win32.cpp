@@ -3,7 +3,7 @@
 
 #include <cwchar>
 
-#include "pattern/line_commands.h"
+#include "pattern/line_editing.h"
 #include "pattern/line_pattern.h"
 #include "resources/resource.h"
 

@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include "app/station.h"
+#include "station/station.h"
 
 struct MainControlHandles {
   HWND positionXBox;

@@ -10,16 +10,13 @@
 #include "app/display_pointer.h"
 #include "app/display_window_win32.h"
 #include "app/main_controls_win32.h"
-#include "app/shell_paint_win32.h"
-#include "app/station.h"
 #include "camera/heap_blocks.h"
+#include "link/jog_pad_win32.h"
 #include "resources/resource.h"
+#include "station/station.h"
 
-HINSTANCE appInstance = nullptr;
-HWND mainWindow = nullptr;
-HWND displayWindow = nullptr;
-WCHAR windowTitle[kTitleChars] = L"Kestrum";
-WCHAR windowClassName[kTitleChars] = L"Kestrum";
+WCHAR windowTitle[kTitleChars] = L"Telvane";
+WCHAR windowClassName[kTitleChars] = L"Telvane";
 
 namespace {
 

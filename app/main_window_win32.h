@@ -6,11 +6,10 @@
 
 #include <windows.h>
 
+#include "app/shell_windows_win32.h"
+
 constexpr int kTitleChars = 100;
 
-extern HINSTANCE appInstance;
-extern HWND mainWindow;
-extern HWND displayWindow;
 extern WCHAR windowTitle[kTitleChars];
 extern WCHAR windowClassName[kTitleChars];  // string table entry 109
 

@@ -5,20 +5,21 @@
 #include <cstdio>
 #include <string>
 
-#include "app/feedback.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
 #include "camera/Basler_camera.h"
 #include "camera/camera_commands.h"
+#include "jobs/raster_writing.h"
 #include "link/controller_commands.h"
+#include "link/stage_motion.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_stores.h"
 #include "resources/resource.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
 
 int blinkMs = 500;
-int centerWritingOnly = 0;
 
 namespace {
 

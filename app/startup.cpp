@@ -1,21 +1,21 @@
 // Start-up runs before any window exists, so its message boxes have no owner.
 #include "app/startup.h"
 
-#include "app/data_paths.h"
-#include "app/feedback.h"
-#include "app/settings.h"
-#include "app/station.h"
-#include "app/view_geometry.h"
 #include "camera/Basler_camera.h"
 #include "link/controller_commands.h"
 #include "link/serial_link.h"
 #include "pattern/cluster_table.h"
+#include "station/data_paths.h"
+#include "station/feedback.h"
+#include "station/settings.h"
+#include "station/station.h"
+#include "station/view_geometry.h"
 
 IntSize cameraImageSize = {0, 0};
 IntSize pictureImageSize = {0, 0};
 
 void startUpDevices() {
-  if (readSettingsFile(dataPaths.configPath)) recomputeViewGeometry(station);
+  if (readSettingsFile(dataPaths.configPath, serialLink.comPort)) recomputeViewGeometry(station);
   cameraImageSize = {kDisplayWidth, kDisplayHeight};
   pictureImageSize = {kDisplayWidth, kDisplayHeight};
   // The camera picture is the whole display, not the 1000 x 1000 of a pattern picture.
@@ -40,7 +40,7 @@ void startUpDevices() {
 }
 
 void shutDownDevices() {
-  writeSettingsFile(dataPaths.configPath);
+  writeSettingsFile(dataPaths.configPath, serialLink.comPort);
   SwitchLaser(laser, 0);
   SwitchIllumination(0);
   freeClusterTable();

@@ -4,7 +4,7 @@
 // around these, and kills timer 1 and shuts GDI+ down itself.
 #pragma once
 
-#include "app/station.h"
+#include "station/station.h"
 
 extern IntSize cameraImageSize;   // size at which the main window redraws the camera image
 extern IntSize pictureImageSize;  // the second picture size, set with the first

@@ -11,18 +11,18 @@
 #include <vector>
 
 #include "app/dialog_controls.h"
-#include "app/feedback.h"
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/text_format.h"
-#include "app/view_geometry.h"
+#include "camera/live_view_control.h"
 #include "link/controller_commands.h"
 #include "link/serial_link.h"
 #include "link/stage_motion.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_stores.h"
 #include "resources/resource.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/text_format.h"
+#include "station/view_geometry.h"
 
 namespace {
 

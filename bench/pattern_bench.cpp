@@ -12,7 +12,7 @@
 #include <memory>
 #include <random>
 
-#include "link/raster_writing.h"
+#include "jobs/raster_writing.h"
 #include "pattern/edge_finding.h"
 #include "pattern/grouping.h"
 #include "pattern/pattern_stores.h"

@@ -14,8 +14,8 @@
 #define TELVANE_SSE2 0
 #endif
 
-#include "app/station.h"
 #include "camera/Basler_camera.h"
+#include "station/station.h"
 
 namespace {
 

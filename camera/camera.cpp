@@ -2,12 +2,12 @@
 // and the grab loop with its averaging and test-pattern fallback.
 #include <cstring>
 
-#include "app/station.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
-#include "app/view_geometry.h"
 #include "camera/Basler_camera.h"
 #include "camera/heap_blocks.h"
+#include "station/station.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
+#include "station/view_geometry.h"
 
 // displayFrame first: the camera record copies its pixel pointer when it is built.
 ImageBuffer displayFrame;

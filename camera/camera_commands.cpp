@@ -5,16 +5,16 @@
 #include <cstdio>
 #include <string>
 
-#include "app/data_paths.h"
-#include "app/feedback.h"
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
 #include "camera/Basler_camera.h"
 #include "camera/live_render.h"
+#include "camera/live_view_control.h"
 #include "camera/picture_files.h"
 #include "camera/wide_view.h"
 #include "link/controller_commands.h"
+#include "station/data_paths.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
 
 namespace {
 

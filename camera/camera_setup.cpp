@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <iostream>
 
-#include "app/feedback.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
 #include "camera/Basler_camera.h"
+#include "station/feedback.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <string>
 
-#include "app/station.h"
+#include "station/station.h"
 
 enum class SurfaceWindow { Main, Display };
 

@@ -6,11 +6,11 @@
 #include <cstdio>
 #include <string>
 
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
 #include "camera/picture_files.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
 
 int snapshotNumber = 0;
 

@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
 #include "camera/file_dialog.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
 
 int opticNumber = 0;
 int cameraNumber = 0;

@@ -7,8 +7,8 @@
 
 #include <string>
 
-#include "app/data_paths.h"
 #include "camera/display_surface.h"
+#include "station/data_paths.h"
 
 extern int opticNumber;   // next "optic" picture of this run
 extern int cameraNumber;  // next "camera" picture of this run

@@ -7,15 +7,15 @@
 #include <array>
 #include <cstdio>
 
-#include "app/responsive_wait.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
-#include "app/view_geometry.h"
 #include "camera/Basler_camera.h"
 #include "camera/live_render.h"
 #include "camera/live_view.h"
 #include "link/serial_link.h"
 #include "link/stage_motion.h"
+#include "station/responsive_wait.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
+#include "station/view_geometry.h"
 
 namespace {
 

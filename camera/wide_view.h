@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-#include "app/station.h"
 #include "camera/display_surface.h"
+#include "station/station.h"
 
 constexpr double kWideViewPitchXUm = 737.0;
 constexpr double kWideViewPitchYUm = 737.0 * 1028.0 / 1232.0;  // 614.96..., the picture's shape

@@ -20,13 +20,13 @@ endfunction()
 
 add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
 
-file(GLOB TELVANE_SHELL CONFIGURE_DEPENDS app/*_win32.cpp link/*_win32.cpp camera/*_win32.cpp
+file(GLOB TELVANE_SHELL CONFIGURE_DEPENDS station/*_win32.cpp app/*_win32.cpp link/*_win32.cpp camera/*_win32.cpp
   pattern/*_win32.cpp)
 foreach(seam ${TELVANE_SEAM_FILES})
   list(REMOVE_ITEM TELVANE_SHELL ${CMAKE_CURRENT_SOURCE_DIR}/${seam})
 endforeach()
 add_library(telvane_shell OBJECT ${TELVANE_SHELL})
-add_library(telvane_win32_seams OBJECT app/feedback_win32.cpp app/clock_win32.cpp
+add_library(telvane_win32_seams OBJECT app/feedback_win32.cpp station/clock_win32.cpp
   app/dialog_controls_win32.cpp)
 
 set(TELVANE_WIN32_LIBS gdiplus gdi32 user32 comctl32 comdlg32 ole32 oleaut32 uuid shell32)

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "app/feedback.h"
+#include "station/feedback.h"
 
 namespace {
 
@@ -16,6 +16,9 @@ constexpr const char* kMoveFormat[kAxisCount] = {"m%d", "M%d", "L%d"};
 constexpr const char* kSpeedFormat[kAxisCount] = {"s%d", "S%d", "T%d"};
 constexpr const char* kAccelerationFormat[kAxisCount] = {"a%d", "A%d", "b%d"};
 constexpr const char* kStopCommand[kAxisCount] = {"n", "N", "O"};
+
+constexpr const char* kOriginCommand = "z";
+constexpr int kAccelerationAtOpen = 5000;
 
 constexpr double kZeroedLimitFlag = 10000.0;
 constexpr double kFullScaleVolts = 5.0;
@@ -34,6 +37,36 @@ void sendFormatted(SerialLink& link, const char* format, Args... args) {
 }
 
 }  // namespace
+
+int OpenSerialLink(SerialLink& link, bool ownedByMainWindow) {
+  const int opened = OpenSerialPort(link, ownedByMainWindow);
+  if (opened != 1) return opened;
+  // The board takes its present X as its origin. The program's limit flags stay down:
+  // raising them here (as "Zero Point" does) would refuse the first X move after start-up.
+  SendCommand(link, kOriginCommand);
+  for (int axis = 0; axis < kAxisCount; ++axis)
+    link.positionUm[axis] = QueryAxisPosition(link, axis);
+  SetAxisSpeed(link, 0, link.speedUmPerS[0]);
+  SetAxisAcceleration(link, 0, kAccelerationAtOpen);
+  SetAxisSpeed(link, 1, link.speedUmPerS[1]);
+  SetAxisSpeed(link, 2, link.speedUmPerS[2]);
+  return 1;
+}
+
+double QueryAxisPosition(SerialLink& link, int axis) {
+  if (!validAxis(axis)) return 0.0;
+  if (link.failed == 1) return link.positionUm[axis];
+  SendCommand(link, kPositionQuery[axis]);
+  if (link.handle == kInvalidSerialHandle) return 0.0;
+  const uint32_t count = ReadPositionReply(link);
+  for (uint32_t i = 0; i < count; ++i) {
+    int steps = 0;
+    if (link.ioBuffer[i] == kPositionReplyMarker[axis] &&
+        std::sscanf(link.ioBuffer + i + 1, "%d", &steps) == 1)
+      link.positionUm[axis] = StepsToMicrometres(axis, steps);
+  }
+  return link.positionUm[axis];
+}
 
 int32_t MicrometresToSteps(int axis, double micrometres) {
   return static_cast<int32_t>(micrometres * 0.2 * 8.0 * kAxisFactor[axis]);

@@ -8,8 +8,8 @@
 
 #include <cstdint>
 
-#include "app/station.h"
 #include "link/serial_link.h"
+#include "station/station.h"
 
 // Per axis (0 X, 1 Y, 2 Z): query letter, reply marker (Z answers with lower-case q),
 // arrival letter and the limit mark that may follow it.
@@ -32,6 +32,13 @@ constexpr int kIlluminationOffRadio = 3106;
 // Speeds (um/s) and the acceleration parameter are clamped, never refused.
 constexpr int kMinAxisSpeedUmPerS = 1;
 constexpr int kMaxAxisSpeedUmPerS = 5000;
+
+// Opens the port (OpenSerialPort) and greets the board: its X origin, the three positions
+// read back, the speeds and the X acceleration sent again. 1 open and configured, 0
+// failed, 2 the first read of the line settings failed (the port stays open).
+int OpenSerialLink(SerialLink& link, bool ownedByMainWindow);
+// Queries and returns the axis position in micrometres; the stored one when nothing came.
+double QueryAxisPosition(SerialLink& link, int axis);
 
 // steps = um x 0.2 x 8.0 x axis factor (X 4, Y 1, Z 1), truncated toward zero. Also used
 // for speeds (um/s -> steps/s) and the acceleration parameter.

@@ -2,11 +2,11 @@
 // the released flag, which happens inside the pumping waits between the steps.
 #include "link/jog_pad.h"
 
-#include "app/feedback.h"
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/status_display.h"
+#include "camera/live_view_control.h"
 #include "link/stage_motion.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/status_display.h"
 
 JogPad jogPad;
 

@@ -4,7 +4,7 @@
 // the moves themselves are stage_motion.h's. Painting is jog_pad_win32.cpp's.
 #pragma once
 
-#include "app/station.h"
+#include "station/station.h"
 
 constexpr int kJogPadRects = 6;
 

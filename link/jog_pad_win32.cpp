@@ -1,5 +1,6 @@
 // Paints the jog pad on the main window: six framed rectangles with their captions.
-#include "app/shell_paint_win32.h"
+#include "link/jog_pad_win32.h"
+
 #include "link/jog_pad.h"
 
 void paintJogPad(HDC dc) {

@@ -5,25 +5,23 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/feedback.h"
-#include "app/responsive_wait.h"
-#include "app/system_services.h"
-#include "link/controller_commands.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/system_services.h"
 
 namespace {
 
 constexpr uint32_t kPositionReplyMaxBytes = 10;  // a read bounded at 50 + 10 x 10 ms
 constexpr uint32_t kFreeReplyMaxBytes = 50;
-constexpr uint32_t kBoardResetMs = 100;  // opening the port resets the board
-constexpr int kAccelerationAtOpen = 5000;
-
-constexpr const char* kOriginCommand = "z";
+constexpr uint32_t kBoardResetMs = 100;                        // opening the port resets the board
 constexpr SerialLineSettings kLineSettings = {9600, 8, 0, 0};  // 9600 8N1
 constexpr SerialTimeouts kTimeouts = {10, 10, 50, 10, 50};
 
 }  // namespace
 
-int OpenSerialLink(SerialLink& link, bool ownedByMainWindow) {
+SerialLink serialLink;
+
+int OpenSerialPort(SerialLink& link, bool ownedByMainWindow) {
   if (link.failed == 0) CloseSerialLink(link);
   link.handle = serialOpen(link.comPort);
   if (link.handle == kInvalidSerialHandle) {
@@ -66,15 +64,6 @@ int OpenSerialLink(SerialLink& link, bool ownedByMainWindow) {
   std::fflush(stdout);
 
   systemSleepMs(kBoardResetMs);
-  // The board takes its present X as its origin. The program's limit flags stay down:
-  // raising them here (as "Zero Point" does) would refuse the first X move after start-up.
-  SendCommand(link, kOriginCommand);
-  for (int axis = 0; axis < kAxisCount; ++axis)
-    link.positionUm[axis] = QueryAxisPosition(link, axis);
-  SetAxisSpeed(link, 0, link.speedUmPerS[0]);
-  SetAxisAcceleration(link, 0, kAccelerationAtOpen);
-  SetAxisSpeed(link, 1, link.speedUmPerS[1]);
-  SetAxisSpeed(link, 2, link.speedUmPerS[2]);
   return 1;
 }
 
@@ -108,24 +97,13 @@ int SendCommand(SerialLink& link, const char* text) {
   return WriteCommandText(link, link.ioBuffer);
 }
 
-double QueryAxisPosition(SerialLink& link, int axis) {
-  if (axis < 0 || axis >= kAxisCount) return 0.0;
-  if (link.failed == 1) return link.positionUm[axis];
-  SendCommand(link, kPositionQuery[axis]);
-  if (link.handle == kInvalidSerialHandle) return 0.0;
+uint32_t ReadPositionReply(SerialLink& link) {
+  if (link.handle == kInvalidSerialHandle) return 0;
   link.lastCallResult =
       serialRead(link.handle, link.ioBuffer, kPositionReplyMaxBytes, link.bytesTransferred);
-  if (link.lastCallResult) {
-    uint32_t count = link.bytesTransferred;
-    link.ioBuffer[count] = '\0';
-    for (uint32_t i = 0; i < count; ++i) {
-      int steps = 0;
-      if (link.ioBuffer[i] == kPositionReplyMarker[axis] &&
-          std::sscanf(link.ioBuffer + i + 1, "%d", &steps) == 1)
-        link.positionUm[axis] = StepsToMicrometres(axis, steps);
-    }
-  }
-  return link.positionUm[axis];
+  if (!link.lastCallResult) return 0;
+  link.ioBuffer[link.bytesTransferred] = '\0';
+  return link.bytesTransferred;
 }
 
 std::optional<std::string> ReadReplyText(SerialLink& link) {

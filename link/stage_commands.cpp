@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "app/feedback.h"
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/status_display.h"
+#include "camera/live_view_control.h"
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
 
 namespace {
 

@@ -9,10 +9,10 @@
 #include <cstdlib>
 #include <limits>
 
-#include "app/responsive_wait.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
 #include "link/controller_commands.h"
+#include "station/responsive_wait.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
 
 namespace {
 
@@ -119,6 +119,8 @@ void MoveAxisAndWait(SerialLink& link, int axis, double targetUm) {
   MoveAxisTo(link, axis, targetUm);
   WaitForAxis(link, axis, targetUm, timeoutMs);
 }
+
+void showStagePosition() { showPosition(serialLink.positionUm); }
 
 void MoveAxisBy(SerialLink& link, int axis, double deltaUm) {
   if (axis < 0 || axis >= kAxisCount) return;

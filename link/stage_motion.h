@@ -18,6 +18,9 @@ enum AxisWaitStatus {
   kWaitLimitReached = 10,    // the board reported a limit switch
 };
 
+// Writes the link's cached stage position to the position boxes.
+void showStagePosition();
+
 // 1000 ms plus twice the nominal travel time at the axis's stored speed.
 int MoveTimeoutMs(const SerialLink& link, int axis, double targetUm);
 // Reads replies until the move ends or timeoutMs pass; shows the outcome on the status

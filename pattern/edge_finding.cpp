@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/feedback.h"
-#include "app/status_display.h"
 #include "camera/display_surface.h"
+#include "station/feedback.h"
+#include "station/status_display.h"
 
 namespace {
 

@@ -20,10 +20,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/station.h"
-#include "app/status_display.h"
 #include "camera/display_surface.h"
 #include "pattern/pattern_stores.h"
+#include "station/station.h"
+#include "station/status_display.h"
 
 namespace {
 

@@ -3,11 +3,11 @@
 
 #include <string>
 
-#include "app/responsive_wait.h"
 #include "camera/picture_files.h"
 #include "pattern/line_editing.h"
 #include "pattern/line_file.h"
 #include "resources/resource.h"
+#include "station/responsive_wait.h"
 
 void onImportLinePatternsCommand() {
   if (operationRunning()) return;
@@ -19,13 +19,4 @@ void onImportLinePatternsCommand() {
 void onDeleteAllLinesCommand() {
   if (operationRunning()) return;
   deleteAllLines();
-}
-
-int widthRadioFor(int widthClass) {
-  switch (widthClass) {
-    case 1: return IDC_LINE_WIDTH_1;
-    case 3: return IDC_LINE_WIDTH_3;
-    case 6: return IDC_LINE_WIDTH_6;
-    default: return IDC_LINE_WIDTH_10;
-  }
 }

@@ -6,5 +6,3 @@
 
 void onImportLinePatternsCommand();  // 32823
 void onDeleteAllLinesCommand();      // 32818
-// The radio of the "Draw Line (um)" group that shows widthClass: 1, 3, 6, anything else 10.
-int widthRadioFor(int widthClass);

@@ -5,11 +5,10 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "app/feedback.h"
-#include "app/responsive_wait.h"
-#include "pattern/line_commands.h"
 #include "pattern/line_display.h"
 #include "resources/resource.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
 
 namespace {
 
@@ -90,6 +89,15 @@ void rightClick() {
   if (!linePattern.drawing) return;
   linePattern.drawing = false;
   invertRubberBand();
+}
+
+int widthRadioFor(int widthClass) {
+  switch (widthClass) {
+    case 1: return IDC_LINE_WIDTH_1;
+    case 3: return IDC_LINE_WIDTH_3;
+    case 6: return IDC_LINE_WIDTH_6;
+    default: return IDC_LINE_WIDTH_10;
+  }
 }
 
 void setWidthClass(int widthUm) {

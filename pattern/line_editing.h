@@ -5,11 +5,13 @@
 // while an operation runs.
 #pragma once
 
-#include "app/station.h"
+#include "station/station.h"
 
 void leftClick(IntPoint point);
 void pointerMove(IntPoint point);  // moves the rubber band while a chain is drawn
 void rightClick();                 // ends the chain and removes the rubber band
+// The radio of the "Draw Line (um)" group that shows widthClass: 1, 3, 6, anything else 10.
+int widthRadioFor(int widthClass);
 // Width buttons: 1, 3, 6 or 10 um; clears erasing.
 void setWidthClass(int widthUm);
 // The "Erase" button: the next left clicks delete lines instead of drawing.

@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <fstream>
 
-#include "app/feedback.h"
-#include "app/text_format.h"
 #include "camera/picture_files.h"
 #include "pattern/line_display.h"
 #include "pattern/line_editing.h"
+#include "station/feedback.h"
+#include "station/text_format.h"
 
 namespace {
 constexpr const char* kLineFormat = "%f,%f,%f,%f,%d\n";

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "app/data_paths.h"
+#include "station/data_paths.h"
 
 // Clears the list, reads the file line by line and draws the lines. A line that does not
 // parse repeats the values read before it (zeros for the first line). An unopenable file

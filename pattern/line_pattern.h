@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/station.h"
+#include "station/station.h"
 
 struct LineSegment {
   float x1;  // um from the display centre, + to the right

@@ -6,9 +6,9 @@
 #include <cstring>
 #include <vector>
 
-#include "app/station.h"
 #include "camera/display_surface.h"
 #include "pattern/picture_render.h"
+#include "station/station.h"
 
 std::wstring maskPicturePath;
 std::wstring alignmentMarkPicturePath;

@@ -3,16 +3,17 @@
 
 #include <string>
 
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/view_geometry.h"
 #include "camera/display_surface.h"
 #include "camera/live_render.h"
 #include "camera/picture_files.h"
+#include "pattern/display_layers.h"
 #include "pattern/edge_finding.h"
 #include "pattern/grouping.h"
 #include "pattern/mask_import.h"
 #include "pattern/writing_simulation.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/view_geometry.h"
 
 namespace {
 
@@ -86,7 +87,7 @@ void onGroupingCommand() {
 
 void onSimulateWritingCommand() {
   if (operationRunning() == 1) return;
-  redrawPatternView(0);
+  changeZoom(0);
 }
 
 void onFinalPatternCommand() {

@@ -3,11 +3,9 @@
 
 #include <algorithm>
 
-#include "app/station.h"
-#include "app/view_geometry.h"
 #include "camera/Basler_camera.h"
-
-void redrawPatternView(int mode) { changeZoom(mode); }
+#include "station/station.h"
+#include "station/view_geometry.h"
 
 void resamplePattern(const MaskPattern& source, MaskPattern& destination) {
   const float s = static_cast<float>(station.zoom * station.magnification);

@@ -1,15 +1,11 @@
 // The writing simulation: the target pattern resampled at the display zoom and painted
 // pure blue over the last camera picture, which is also the display's redraw after every
 // zoom step. resamplePattern and composeSimulation are the two stages; the redraw that
-// runs them is changeZoom (app/view_geometry.h) with app/display_layers.cpp.
+// runs them is changeZoom (display_layers.h): mode 0 redraw only ("Simulate Writing",
+// "Show"), 1 zoom in, -1 zoom out, 10 the whole writing area.
 #pragma once
 
 #include "pattern/pattern_stores.h"
-
-// Mode 0 redraw only ("Simulate Writing", "Show"), 1 zoom in, -1 zoom out, 10 the whole
-// writing area (zoom 1 / magnification) while the Mask or Mark box is on. The zoom steps
-// and this redraw are one path: this is changeZoom(mode).
-void redrawPatternView(int mode);
 
 // destination := source seen at scale zoom x magnification (single precision, truncated
 // sampling): shrunk and centred among bright cells, or its centre magnified. Sets

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "app/feedback.h"
+#include "station/feedback.h"
 
 void recordedFeedbackReset();
 // Every call so far, one line each, e.g. "box Progress: 50 %", "message Warning: ...".

@@ -4,8 +4,8 @@
 #include <functional>
 #include <map>
 
-#include "app/system_services.h"
 #include "sim/recorded_feedback.h"
+#include "station/system_services.h"
 
 namespace {
 

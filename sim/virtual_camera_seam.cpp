@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <map>
 
-#include "app/system_services.h"
 #include "camera/camera_sdk.h"
 #include "sim/virtual_camera.h"
+#include "station/system_services.h"
 
 struct SdkCamera {
   size_t remainingResults = 0;  // grabbing while non-zero

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "app/system_services.h"
+#include "station/system_services.h"
 
 void virtualClockReset(uint64_t startMs = 1'000'000);
 void virtualClockAdvance(uint64_t milliseconds);

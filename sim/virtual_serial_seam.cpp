@@ -4,10 +4,10 @@
 // next report, but never longer than the total read time-out.
 #include <algorithm>
 
-#include "app/system_services.h"
 #include "link/serial_port.h"
 #include "sim/virtual_serial.h"
 #include "sim/virtual_station.h"
+#include "station/system_services.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "app/command_dispatch.h"
 #include "camera_test_support.h"
-#include "link/serial_link.h"
+#include "link/controller_commands.h"
 #include "sim/virtual_serial.h"
 
 namespace {

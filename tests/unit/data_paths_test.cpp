@@ -1,4 +1,4 @@
-#include "app/writing_condition.h"
+#include "jobs/writing_condition.h"
 #include "station_fixture.h"
 
 namespace {

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "app/command_dispatch.h"
-#include "app/live_view_control.h"
 #include "camera/Basler_camera.h"
-#include "link/coarse_focusing.h"
+#include "camera/live_view_control.h"
+#include "jobs/coarse_focusing.h"
+#include "jobs/focus_measure.h"
 #include "link/controller_commands.h"
-#include "link/focus_measure.h"
 #include "link/stage_motion.h"
 #include "link_fixture.h"
 #include "resources/resource.h"

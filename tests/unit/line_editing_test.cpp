@@ -6,10 +6,11 @@
 #include <tuple>
 
 #include "app/command_dispatch.h"
-#include "app/view_geometry.h"
+#include "pattern/display_layers.h"
 #include "pattern/line_display.h"
 #include "resources/resource.h"
 #include "sim/recorded_display.h"
+#include "station/view_geometry.h"
 #include "station_fixture.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <sstream>
 
+#include "link/controller_commands.h"
 #include "station_fixture.h"
 
 class LinkTest : public StationTest {

@@ -2,8 +2,9 @@
 // "Blink" button and its box, the check boxes, the menu entries that do nothing, and the
 // first states after the window is created.
 #include "app/command_dispatch.h"
-#include "app/live_view_control.h"
 #include "app/shell_commands.h"
+#include "camera/live_view_control.h"
+#include "jobs/raster_writing.h"
 #include "resources/resource.h"
 #include "station_fixture.h"
 

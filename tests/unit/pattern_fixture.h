@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "app/view_geometry.h"
 #include "pattern/cluster_table.h"
 #include "pattern/pattern_stores.h"
 #include "sim/recorded_display.h"
+#include "station/view_geometry.h"
 #include "station_fixture.h"
 
 inline void fillGrid(MaskPattern& grid, int32_t value) {

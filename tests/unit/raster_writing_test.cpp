@@ -1,6 +1,6 @@
 // The raster writing engine on the virtual board, as the "Start Writing" run leaves it
 // (writingActive 1, no stop requested).
-#include "link/raster_writing.h"
+#include "jobs/raster_writing.h"
 
 #include <gmock/gmock.h>
 

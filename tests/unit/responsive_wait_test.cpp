@@ -1,4 +1,5 @@
-#include "app/status_display.h"
+#include "link/stage_motion.h"
+#include "station/status_display.h"
 #include "station_fixture.h"
 
 namespace {
@@ -86,17 +87,17 @@ TEST_F(StatusDisplay, TimeEstimate) {
   station.cellCount = 51088;
   cellGrid.cellSize = 2;
   station.writingSpeed = 0;
-  showTimeEstimate();
+  showTimeEstimate(cellGrid.cellSize);
   EXPECT_EQ(recordedBoxText(Box::Time), "0 (214) min.");  // 51088 / 2 / 2 / 1 / 60 + 2
   station.cellCount = 1'000'000;
   station.magnification = 2;
   station.writingSpeed = 5000;  // clamped to 800 for the estimate only
   station.startTick = static_cast<int>(virtualClockNow());
   virtualClockAdvance(125'000);
-  showTimeEstimate();
+  showTimeEstimate(cellGrid.cellSize);
   EXPECT_EQ(recordedBoxText(Box::Time), "0 (22) min.");
   writingActive = 1;
-  showTimeEstimate();
+  showTimeEstimate(cellGrid.cellSize);
   EXPECT_EQ(recordedBoxText(Box::Time), "2 (22) min.");
   EXPECT_EQ(station.writingSpeed, 5000);
 }

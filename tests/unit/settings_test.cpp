@@ -1,4 +1,4 @@
-#include "app/settings.h"
+#include "station/settings.h"
 
 #include "app/startup.h"
 #include "pattern/cluster_table.h"
@@ -13,8 +13,8 @@ constexpr const char* kDefaultLine =
 using SettingsLine = StationTest;
 
 TEST_F(SettingsLine, WithoutAFileTheDefaultsStandAndAreWrittenAtExit) {
-  EXPECT_FALSE(readSettingsFile(dataPaths.configPath));
-  ASSERT_TRUE(writeSettingsFile(dataPaths.configPath));
+  EXPECT_FALSE(readSettingsFile(dataPaths.configPath, serialLink.comPort));
+  ASSERT_TRUE(writeSettingsFile(dataPaths.configPath, serialLink.comPort));
   EXPECT_EQ(readFile(dataPaths.configPath), kDefaultLine);
 }
 
@@ -22,9 +22,9 @@ TEST_F(SettingsLine, AFullLineIsTakenWholeAndVoltagesWrittenWithTwoDecimals) {
   writeFile(dataPaths.configPath,
             "Mag:10X, laser shift:(600,500,12), Arduino:5, Standa:2,1,0, Vin:2.345, Vout:2.6, "
             "Vv:1.3\n");
-  ASSERT_TRUE(readSettingsFile(dataPaths.configPath));
+  ASSERT_TRUE(readSettingsFile(dataPaths.configPath, serialLink.comPort));
   EXPECT_EQ(station.insideVoltage, 2.345);
-  writeSettingsFile(dataPaths.configPath);
+  writeSettingsFile(dataPaths.configPath, serialLink.comPort);
   // The double nearest 2.345 lies just above it, so two decimals round it up.
   EXPECT_EQ(readFile(dataPaths.configPath),
             "Mag:10X, laser shift:(600,500,12), Arduino:5, Standa:2,1,0, Vin:2.35, Vout:2.60, "
@@ -38,7 +38,7 @@ TEST_F(SettingsLine, OnlyTheFirst99CharactersAreParsed) {
       "Vout:2.6, Vv:4.4\n";
   ASSERT_EQ(line.substr(92, 7), "Vout:2.");
   writeFile(dataPaths.configPath, line);
-  readSettingsFile(dataPaths.configPath);
+  readSettingsFile(dataPaths.configPath, serialLink.comPort);
   EXPECT_EQ(station.insideVoltage, 1.25);
   EXPECT_EQ(station.outsideVoltage, 2.0);
   EXPECT_EQ(station.lineVoltage, 1.3);
@@ -46,12 +46,12 @@ TEST_F(SettingsLine, OnlyTheFirst99CharactersAreParsed) {
 
 TEST_F(SettingsLine, AMismatchKeepsTheRestAtDefaults) {
   writeFile(dataPaths.configPath, "Zoom:4X, laser shift:(1,2,3), Arduino:7\n");
-  readSettingsFile(dataPaths.configPath);
-  writeSettingsFile(dataPaths.configPath);
+  readSettingsFile(dataPaths.configPath, serialLink.comPort);
+  writeSettingsFile(dataPaths.configPath, serialLink.comPort);
   EXPECT_EQ(readFile(dataPaths.configPath), kDefaultLine);
 
   writeFile(dataPaths.configPath, "Mag:3X, laser shift:(1,2,x), Arduino:7\n");
-  readSettingsFile(dataPaths.configPath);
+  readSettingsFile(dataPaths.configPath, serialLink.comPort);
   EXPECT_EQ(station.magnification, 3);
   EXPECT_EQ(laser.laserShiftY, 2);
   EXPECT_EQ(laser.laserShiftZ, 0);

@@ -12,16 +12,16 @@
 #include <string>
 #include <vector>
 
-#include "app/data_paths.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/writing_condition.h"
+#include "jobs/writing_condition.h"
 #include "link/serial_link.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_stores.h"
 #include "sim/recorded_feedback.h"
 #include "sim/virtual_clock.h"
 #include "sim/virtual_serial.h"
+#include "station/data_paths.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
 
 // True when some line starts with prefix: the operator's calls unless other lines are given.
 inline bool hasLine(const std::string& prefix,

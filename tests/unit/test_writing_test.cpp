@@ -1,5 +1,5 @@
 // The three test programs, started from the menu with the stage at (1000, 2000) um, Z 0.
-#include "link/test_writing.h"
+#include "jobs/test_writing.h"
 
 #include <map>
 

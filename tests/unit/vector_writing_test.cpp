@@ -1,6 +1,6 @@
 // Vector writing on the virtual board, entered as the "Start Writing" run enters it: the
 // run has remembered the stage at (100, 200) um and set writingActive with the stop clear.
-#include "link/vector_writing.h"
+#include "jobs/vector_writing.h"
 
 #include "link/controller_commands.h"
 #include "link_fixture.h"

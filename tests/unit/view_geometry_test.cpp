@@ -1,7 +1,8 @@
-#include "app/view_geometry.h"
+#include "station/view_geometry.h"
 
 #include <cmath>
 
+#include "pattern/display_layers.h"
 #include "station_fixture.h"
 
 namespace {

@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "app/responsive_wait.h"
 #include "camera/live_view.h"
 #include "camera_test_support.h"
 #include "link/serial_link.h"
+#include "station/responsive_wait.h"
 
 namespace {
 

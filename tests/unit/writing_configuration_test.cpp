@@ -1,7 +1,7 @@
 // The Writing Configuration dialog as the operator meets it, opened from the menu on the
 // recorded dialog and the virtual board.
 #include "app/command_dispatch.h"
-#include "app/live_view_control.h"
+#include "camera/live_view_control.h"
 #include "link_fixture.h"
 #include "resources/resource.h"
 #include "sim/recorded_dialog.h"

@@ -5,10 +5,11 @@
 #include <gmock/gmock.h>
 
 #include "app/command_dispatch.h"
-#include "app/view_geometry.h"
 #include "camera/Basler_camera.h"
+#include "pattern/display_layers.h"
 #include "pattern_fixture.h"
 #include "resources/resource.h"
+#include "station/view_geometry.h"
 
 namespace {
 
@@ -66,10 +67,10 @@ TEST_F(Simulation, TheWholeAreaStepActsOnlyWhileTheMaskOrMarkBoxIsOn) {
   station.zoom = 2.0;
   maskImage.valid = 0;
   alignmentMarkImage.valid = 0;
-  redrawPatternView(10);
+  changeZoom(10);
   EXPECT_DOUBLE_EQ(station.zoom, 2.0);
   alignmentMarkImage.valid = 1;
-  redrawPatternView(10);
+  changeZoom(10);
   EXPECT_DOUBLE_EQ(station.zoom, 0.5);
 }
 

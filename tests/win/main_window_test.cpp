@@ -6,13 +6,13 @@
 #include <functional>
 #include <tuple>
 
-#include "app/feedback.h"
 #include "app/main_controls_win32.h"
 #include "app/main_window_win32.h"
-#include "app/station.h"
 #include "camera/Basler_camera.h"
 #include "link/serial_link.h"
 #include "resources/resource.h"
+#include "station/feedback.h"
+#include "station/station.h"
 
 namespace {
 

@@ -14,9 +14,9 @@ using std::min;
 #include <cstring>
 #include <filesystem>
 
-#include "app/station.h"
 #include "camera/display_surface_win32.h"
 #include "pattern/mask_import.h"
+#include "station/station.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The frame the calibration programs share: the start of a long operation, the approach
 // to the laser's place and the way back. See test_writing.h.
-#include "app/responsive_wait.h"
-#include "app/station.h"
+#include "jobs/test_writing.h"
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
-#include "link/test_writing.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
 
 TestPlaces startTestProgram() {
   writingActive = 1;

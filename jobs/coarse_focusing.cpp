@@ -1,21 +1,21 @@
 // Coarse focusing: see coarse_focusing.h. Reads top-down like the job: prepare, lift,
 // walk down measuring, go to the best place, and the one end of the run that a stop
 // reaches as well.
-#include "link/coarse_focusing.h"
+#include "jobs/coarse_focusing.h"
 
 #include <cstdio>
 #include <string>
 
-#include "app/feedback.h"
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/status_display.h"
 #include "camera/Basler_camera.h"
 #include "camera/live_view.h"
+#include "camera/live_view_control.h"
+#include "jobs/focus_measure.h"
 #include "link/controller_commands.h"
-#include "link/focus_measure.h"
 #include "link/stage_motion.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
 
 namespace {
 

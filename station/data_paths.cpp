@@ -1,10 +1,10 @@
-#include "app/data_paths.h"
+#include "station/data_paths.h"
 
 #include <cstdio>
 #include <system_error>
 
-#include "app/station.h"
-#include "app/system_services.h"
+#include "station/station.h"
+#include "station/system_services.h"
 
 namespace {
 // The name before any run folder was formatted.

@@ -21,6 +21,8 @@ constexpr int kClusterPauseMs = 500;         // pause after each cluster
 // the inside speed and voltage, then (unless "Center Writing Only") Z to the X reading
 // plus Dz and the coarse pass at the outside speed and voltage.
 void StartRasterWriting();
+// "Center Writing Only" (0/1): the run ends after the fine pass of the central square.
+extern int centerWritingOnly;
 
 // coarse := the n x n block raster (stride n; the central square bright, elsewhere 1 when
 // at least s x s / 2 of the block's source cells are bright), fine := the source inside

@@ -1,27 +1,28 @@
 // The writing run and the writing place: see writing_run.h.
-#include "app/writing_run.h"
+#include "jobs/writing_run.h"
 
 #include <algorithm>
 #include <cstdio>
 
-#include "app/data_paths.h"
-#include "app/feedback.h"
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/status_display.h"
-#include "app/system_services.h"
-#include "app/view_geometry.h"
-#include "app/writing_condition.h"
 #include "camera/camera_commands.h"
+#include "camera/live_view_control.h"
 #include "camera/picture_files.h"
+#include "jobs/raster_writing.h"
+#include "jobs/vector_writing.h"
+#include "jobs/writing_condition.h"
 #include "link/controller_commands.h"
-#include "link/raster_writing.h"
 #include "link/stage_motion.h"
-#include "link/vector_writing.h"
+#include "pattern/display_layers.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_stores.h"
 #include "resources/resource.h"
+#include "station/data_paths.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
+#include "station/system_services.h"
+#include "station/view_geometry.h"
 
 namespace {
 

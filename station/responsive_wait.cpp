@@ -1,12 +1,11 @@
-#include "app/responsive_wait.h"
+#include "station/responsive_wait.h"
 
 #include <cstdint>
 
-#include "app/feedback.h"
-#include "app/station.h"
-#include "app/system_services.h"
-#include "link/controller_commands.h"
-#include "link/serial_link.h"
+#include "station/feedback.h"
+#include "station/station.h"
+#include "station/stop_actions.h"
+#include "station/system_services.h"
 
 int writingActive = 0;
 int completedWaits = 0;
@@ -44,17 +43,16 @@ int waitResponsive(int milliseconds) {
     // Focusing asks the same question as writing.
     if (click && (writingActive == 1 || station.focusingActive == 1)) {
       // The stage runs on while the operator decides: the laser must not dwell meanwhile.
-      const double voltage = laser.laserVoltage;
-      SetLaserVoltage(laser, 0.0);
+      const double voltage = darkenLaserForQuestion();
       if (feedbackMessageBox("Do you want to stop writing, now ?", "Warning", MessageKind::YesNo) ==
           Answer::Yes) {
         station.stopRequested = 1;
         return 0;
       }
-      SetLaserVoltage(laser, voltage);
+      restoreLaserAfterQuestion(voltage);
     }
     if (click && writingActive == 0 && message.target == QueuedTarget::DisplayWindow) {
-      for (int axis = 0; axis < 3; ++axis) StopAxis(serialLink, axis);
+      stopAllMotors();
       feedbackMessageBox("Motor has stopped.", "Notice", MessageKind::Ok);
       station.stopRequested = 1;
       return 3;

@@ -1,12 +1,12 @@
 // The frame sharpness: see focus_measure.h.
-#include "link/focus_measure.h"
+#include "jobs/focus_measure.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 
-#include "app/feedback.h"
+#include "station/feedback.h"
 
 BinnedPlane binnedRed;
 BinnedPlane binnedGreen;

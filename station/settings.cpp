@@ -1,12 +1,11 @@
-#include "app/settings.h"
+#include "station/settings.h"
 
 #include <cstdio>
 #include <fstream>
 #include <string>
 
-#include "app/station.h"
-#include "app/text_format.h"
-#include "link/serial_link.h"
+#include "station/station.h"
+#include "station/text_format.h"
 
 namespace {
 // The reading side takes voltages at any precision, the writing side rounds them to
@@ -19,13 +18,13 @@ constexpr const char* kWriteFormat =
 constexpr size_t kLineLimit = 99;  // characters of the first line that are parsed
 }  // namespace
 
-bool readSettingsFile(const std::filesystem::path& path) {
+bool readSettingsFile(const std::filesystem::path& path, int32_t& controllerPort) {
   std::ifstream file(path);
   if (!file) return false;
   std::string line;
   std::getline(file, line);
   if (line.size() > kLineLimit) line.resize(kLineLimit);
-  int comPort = serialLink.comPort;
+  int comPort = controllerPort;
   // Scanning stores field by field and stops at the first mismatch, so a damaged line
   // still yields its leading values.
   const int fields =
@@ -33,17 +32,17 @@ bool readSettingsFile(const std::filesystem::path& path) {
                   &laser.laserShiftY, &laser.laserShiftZ, &comPort, &station.standaMotor1Axis,
                   &station.standaMotor2Axis, &station.standaMotor3Axis, &station.insideVoltage,
                   &station.outsideVoltage, &station.lineVoltage);
-  if (fields >= 5) serialLink.comPort = comPort;
+  if (fields >= 5) controllerPort = comPort;
   return true;
 }
 
-bool writeSettingsFile(const std::filesystem::path& path) {
+bool writeSettingsFile(const std::filesystem::path& path, int32_t controllerPort) {
   // Binary, so that the line ends in a line feed alone on Windows too.
   std::ofstream file(path, std::ios::binary);
   if (!file) return false;
   file << formatText(kWriteFormat, station.magnification, laser.laserShiftX, laser.laserShiftY,
-                     laser.laserShiftZ, static_cast<int>(serialLink.comPort),
-                     station.standaMotor1Axis, station.standaMotor2Axis, station.standaMotor3Axis,
-                     station.insideVoltage, station.outsideVoltage, station.lineVoltage);
+                     laser.laserShiftZ, static_cast<int>(controllerPort), station.standaMotor1Axis,
+                     station.standaMotor2Axis, station.standaMotor3Axis, station.insideVoltage,
+                     station.outsideVoltage, station.lineVoltage);
   return static_cast<bool>(file);
 }

@@ -16,7 +16,9 @@ extern int shownPositionUm[3];                     // X, Y, Z last written to th
 int showStatus(const std::string& text);
 // Sets the text of the "Progress" box. Returns 1.
 int showProgress(const std::string& text);
-// Writes the serial link's cached stage position, truncated to whole um, to the boxes.
-void showStagePosition();
-// Writes "elapsed (estimated) min." into the "Time (estimated)" box.
-void showTimeEstimate();
+// Writes a stage position (X, Y, Z), truncated to whole um, to the position boxes; the
+// link shows its cached position through showStagePosition (stage_motion.h).
+void showPosition(const double positionUm[3]);
+// Writes "elapsed (estimated) min." into the "Time (estimated)" box; the estimate counts
+// the writing area's cells in blocks of cellSize x cellSize (the coarse raster's factor).
+void showTimeEstimate(int cellSize);

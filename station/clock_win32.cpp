@@ -2,7 +2,7 @@
 #include <shlobj.h>
 #include <windows.h>
 
-#include "app/system_services.h"
+#include "station/system_services.h"
 
 uint64_t systemTickMs() { return GetTickCount64(); }
 

@@ -1,12 +1,12 @@
-#include "app/writing_condition.h"
+#include "jobs/writing_condition.h"
 
 #include <fstream>
 #include <string>
 
-#include "app/data_paths.h"
-#include "app/station.h"
-#include "app/text_format.h"
 #include "link/serial_link.h"
+#include "station/data_paths.h"
+#include "station/station.h"
+#include "station/text_format.h"
 
 int writingConditionCounter = 0;
 

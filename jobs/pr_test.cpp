@@ -1,12 +1,12 @@
 // "Start PR test": five rows 800 um apart on photoresist, each at one laser voltage (3.8 V
 // rising by 0.1 V a row), written as 100 steps of 40 um and 1 um along X at an eighth of
 // the skip speed, so each row runs 4100 um with the voltage up.
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
+#include "camera/live_view_control.h"
+#include "jobs/test_writing.h"
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
-#include "link/test_writing.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The live view switch: see live_view_control.h.
-#include "app/live_view_control.h"
+#include "camera/live_view_control.h"
 
-#include "app/feedback.h"
 #include "camera/live_view.h"
 #include "resources/resource.h"
+#include "station/feedback.h"
 
 namespace {
 

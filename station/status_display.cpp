@@ -1,15 +1,13 @@
-#include "app/status_display.h"
+#include "station/status_display.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 
-#include "app/feedback.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/system_services.h"
-#include "link/serial_link.h"
-#include "pattern/pattern_stores.h"
+#include "station/feedback.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/system_services.h"
 
 char statusLine[kStatusLineBytes] = {};
 char previousStatusLine[kStatusLineBytes] = {};
@@ -33,17 +31,17 @@ int showProgress(const std::string& text) {
   return 1;
 }
 
-void showStagePosition() {
+void showPosition(const double positionUm[3]) {
   const Box boxes[3] = {Box::PositionX, Box::PositionY, Box::PositionZ};
   for (int axis = 0; axis < 3; ++axis) {
-    shownPositionUm[axis] = static_cast<int>(serialLink.positionUm[axis]);
+    shownPositionUm[axis] = static_cast<int>(positionUm[axis]);
     char text[32];
     std::snprintf(text, sizeof text, "%d", shownPositionUm[axis]);
     feedbackSetBoxText(boxes[axis], text);
   }
 }
 
-void showTimeEstimate() {
+void showTimeEstimate(int cellSize) {
   uint64_t elapsedMin = 0;
   if (writingActive == 1) {
     // startTick holds the low 32 bits as a signed int; widening it the way C does keeps
@@ -53,7 +51,7 @@ void showTimeEstimate() {
   int speed = station.writingSpeed;
   if (speed > kSpeedCeilingUmPerS) speed = kSpeedCeilingUmPerS;
   if (speed < kSpeedFloorUmPerS) speed = kSpeedFloorUmPerS;
-  const int f = cellGrid.cellSize;
+  const int f = cellSize;
   const int estimatedMin =
       station.cellCount / f / f * station.magnification * station.magnification / speed / 60 + 2;
   char text[100];

@@ -2,18 +2,14 @@
 // rasters), the fine pass, the defocus, the coarse pass; each pass cluster by cluster,
 // each cluster stroke by stroke. Stops are checked after every stroke and cluster and
 // after the defocus move.
-#include "link/raster_writing.h"
+#include "jobs/raster_writing.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/shell_commands.h"
-#include "app/station.h"
-#include "app/status_display.h"
 #include "camera/display_surface.h"
+#include "camera/live_view_control.h"
 #include "link/controller_commands.h"
 #include "link/serial_link.h"
 #include "link/stage_motion.h"
@@ -21,6 +17,9 @@
 #include "pattern/grouping.h"
 #include "pattern/mask_import.h"
 #include "pattern/writing_simulation.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/status_display.h"
 
 namespace {
 
@@ -93,6 +92,8 @@ void writeStroke(const ClusterBox& box, bool alongRow, int line, int start, int 
 
 }  // namespace
 
+int centerWritingOnly = 0;
+
 double StageXForColumn(int cell, int factor) {
   return station.stageX + station.offsetX +
          (cell * factor - kPatternCentre) * station.magnification + laser.laserShiftX;
@@ -114,7 +115,7 @@ void StartRasterWriting() {
   // Prepare: progress raster unwritten, target from the pictures, the two rasters.
   std::fill_n(finalPattern.cells, static_cast<size_t>(kPatternSide) * kPatternSide, kBrightCell);
   buildTargetPattern(maskImage, alignmentMarkImage, targetPattern);
-  showTimeEstimate();
+  showTimeEstimate(cellGrid.cellSize);
   const MaskPattern* source = &targetPattern;
   if (1.0 / station.zoom != 1.0) {
     resamplePattern(targetPattern, zoomedPattern);  // never a stale zoomed target
@@ -187,7 +188,7 @@ void WriteClusters(Cluster* clusters, int count, int factor) {
     if (clusters[c].count <= 0) continue;
     WriteCluster(clusters[c], factor);
     showStagePosition();
-    showTimeEstimate();
+    showTimeEstimate(cellGrid.cellSize);
     waitResponsive(kClusterPauseMs);
     if (stopRequested()) return;
   }

@@ -2,12 +2,12 @@
 // quarter of the outside filling speed between two one-second waits, then back to the
 // start. At its normal end the voltage stays at 4.7 V, as the station has always left it;
 // a stop switches the laser off.
-#include "app/live_view_control.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
+#include "camera/live_view_control.h"
+#include "jobs/test_writing.h"
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
-#include "link/test_writing.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
 
 namespace {
 

@@ -4,13 +4,13 @@
 #include <cstdio>
 #include <fstream>
 
-#include "app/data_paths.h"
-#include "app/responsive_wait.h"
-#include "app/station.h"
-#include "app/text_format.h"
+#include "jobs/test_writing.h"
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
-#include "link/test_writing.h"
+#include "station/data_paths.h"
+#include "station/responsive_wait.h"
+#include "station/station.h"
+#include "station/text_format.h"
 
 int longStrokeRecordNumber = 0;
 

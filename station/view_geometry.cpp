@@ -1,15 +1,10 @@
-// The geometry recompute and the zoom steps. Every double-to-int conversion truncates
+// The geometry recompute. Every double-to-int conversion truncates
 // toward zero, and integer halves truncate too: the drawing code relies on these exact
 // pixel values.
-#include "app/view_geometry.h"
+#include "station/view_geometry.h"
 
 #include <cmath>
 #include <cstdlib>
-
-#include "app/display_layers.h"
-#include "app/status_display.h"
-#include "pattern/line_pattern.h"
-#include "pattern/pattern_stores.h"
 
 StationParameters::StationParameters() {
   recomputeViewGeometry(*this);
@@ -67,19 +62,4 @@ int recomputeViewGeometry(StationParameters& p) {
 
   p.progressSteps = p.cellCount / 500 + 2;
   return p.progressSteps;
-}
-
-void changeZoom(int step) {
-  switch (step) {
-    case 1: station.zoom *= kZoomInFactor; break;
-    case -1: station.zoom *= kZoomOutFactor; break;
-    case 10:
-      // The whole writing area is only worth showing when a pattern layer is on.
-      if (maskImage.valid || alignmentMarkImage.valid) station.zoom = 1.0 / station.magnification;
-      break;
-    default: break;
-  }
-  recomputeViewGeometry(station);
-  redrawDisplayLayers();
-  showTimeEstimate();
 }

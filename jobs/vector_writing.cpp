@@ -1,17 +1,17 @@
 // Vector writing: see vector_writing.h. Reads top-down like the job: prepare, then per
 // line approach at the 1 um speed, voltage up, the writing move, and at the end of each
 // chain of touching lines voltage down, report and the stop check; then save the list.
-#include "link/vector_writing.h"
+#include "jobs/vector_writing.h"
 
 #include <string>
 
-#include "app/data_paths.h"
-#include "app/responsive_wait.h"
-#include "app/status_display.h"
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
 #include "pattern/line_display.h"
 #include "pattern/line_file.h"
+#include "station/data_paths.h"
+#include "station/responsive_wait.h"
+#include "station/status_display.h"
 
 namespace {
 
