@@ -12,7 +12,8 @@ void pointerMove(IntPoint point);  // moves the rubber band while a chain is dra
 void rightClick();                 // ends the chain and removes the rubber band
 // Width buttons: 1, 3, 6 or 10 um; clears erasing.
 void setWidthClass(int widthUm);
-// The "Erase" button: the next left clicks delete lines instead of drawing.
+// The "Erase" button: the next left clicks delete lines instead of drawing; the pointer
+// shows the cross at once.
 void startErasing();
 
 // Deletes the first segment in list order that passes within 3 pixels of point, painting

@@ -1,115 +1,90 @@
-"""The main window of telvane.exe under Wine, met as an operator meets it on a PC with
-no controller and no camera: the start-up reports are dismissed, every control sits at
-its place with its caption, clicks on the column act, and closing the window writes the
-settings line."""
+"""Start-up and the main window of telvane.exe under Wine, with telvane-board-sim as the
+board on COM3 and no camera: the port is opened twice with the exact command bytes, the
+camera's absence is reported, the controls sit at their places, clicks and keys on the
+real windows reach the board, and closing the window switches the outputs off and writes
+the settings line."""
 import os
-import sys
 import unittest
 
-SCRIPTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts")
-sys.path.insert(0, SCRIPTS)
-from wine_session import WineSession  # noqa: E402
+from e2e_support import TITLE, Board, WineSession, children, close_program, wait_until
 
-TITLE = "Telvane"
-BS_TYPE_MASK = 0x0F
-BS_CHECKBOX, BS_RADIOBUTTON = 0x02, 0x04
-BS_PUSHLIKE, ES_READONLY, WS_BORDER = 0x1000, 0x0800, 0x00800000
+OPEN_SEQUENCE = ["z", "p", "P", "Q", "s6", "a32000", "S1", "T1"]
 DEFAULT_SETTINGS = (b"Mag:1X, laser shift:(0,0,0), Arduino:3, Standa:1,2,3, "
                     b"Vin:2.30, Vout:2.60, Vv:1.30\n")
-
+Y_POSITION_BOX = [1327, 230, 50, 20]
+BS_TYPE_MASK, BS_CHECKBOX, BS_RADIOBUTTON, BS_PUSHLIKE = 0x0F, 0x02, 0x04, 0x1000
+ES_READONLY = 0x0800
 # (id, class, caption, rect): a sample down the whole column.
 EXPECTED_CONTROLS = [
     (2102, "Button", "Camera Capture", [1262, 10, 110, 40]),
     (2112, "Button", "On", [1332, 60, 40, 20]),
-    (2113, "Button", "Off", [1382, 60, 40, 20]),
     (3000, "Button", "On", [1362, 122, 40, 20]),
-    (3106, "Button", "Off", [1382, 145, 40, 20]),
     (32001, "Button", "Mount", [1309, 170, 60, 25]),
-    (2009, "Button", "Position (um)", [1262, 210, 100, 20]),
-    (4004, "Button", "Y", [1315, 230, 13, 20]),
-    (2013, "Button", "+", [1442, 220, 15, 20]),
     (2002, "Edit", "600", [1367, 255, 40, 20]),
-    (2103, "Edit", "", [1257, 303, 200, 40]),
     (2117, "Button", "Blink", [1262, 465, 55, 20]),
-    (2118, "Edit", "500", [1322, 465, 40, 20]),
-    (2101, "Button", "Zoom Out", [1342, 582, 70, 20]),
+    (2109, "Button", "Erase", [1407, 517, 55, 20]),
     (32807, "Button", "Mask", [1262, 610, 70, 40]),
-    (2121, "Button", "Center Writing Only", [1262, 750, 150, 20]),
     (2203, "Button", "Mark", [1362, 950, 55, 20]),
     (2202, "Button", "Start Writing", [1362, 980, 100, 40]),
-    (2207, "Edit", "", [1362, 1030, 30, 20]),
 ]
-
-
-def by_rect(children, rect):
-    return [c for c in children if c["rect"] == rect]
 
 
 class MainWindowUnderWine(unittest.TestCase):
     def test_operator_session_from_start_to_close(self):
         with WineSession("main_window") as session:
-            session.start("telvane.exe")
-            reports = session.dismiss_message_boxes_until(TITLE)
-            # The port routine's own warnings come before each of the port reports.
-            self.assertEqual([r for r in reports if r[0] != "Warning"],
-                             [("Scanner Error", "No standa devices found"),
-                              ("Communication Error", "No arduino devices found"),
-                              ("Camera Error", "No Barsler camera found")])
+            board = Board(session)
+            try:
+                session.start("telvane.exe")
+                reports = session.dismiss_message_boxes_until(TITLE)
+                self.assertEqual(reports, [("Camera Error", "No Barsler camera found")])
+                self.assertEqual(board.commands()[:16], OPEN_SEQUENCE * 2)
 
-            window = session.controls(TITLE)
-            self.assertEqual(window["window"], [0, 0, 1482, 1128])
-            children = [c for c in window["children"] if c["parent"] == window["handle"]]
-            client_width, client_height = window["client"]
-            for child in children:  # the whole column fits inside the client area
-                x, y, width, height = child["rect"]
-                self.assertLessEqual(x + width, client_width, child)
-                self.assertLessEqual(y + height, client_height, child)
-            display = [c for c in children if c["class"] == "Display Window"]
-            self.assertEqual(len(display), 1)
-            self.assertEqual(display[0]["rect"], [0, 0, 1232, 1028])
-
-            with self.subTest("the column"):
-                for control_id, cls, caption, rect in EXPECTED_CONTROLS:
-                    found = [c for c in by_rect(children, rect) if c["id"] == control_id]
-                    self.assertEqual(len(found), 1, "control %d at %s" % (control_id, rect))
-                    self.assertEqual(found[0]["class"].lower(), cls.lower())
-                    self.assertEqual(found[0]["caption"], caption, control_id)
-
-            with self.subTest("progress and time boxes share 2006"):
-                shared = [c for c in children if c["id"] == 2006]
+                window = session.controls(TITLE)
+                self.assertEqual(window["window"], [0, 0, 1482, 1128])
+                width, height = window["client"]
+                for child in window["children"]:  # the whole column fits the client area
+                    x, y, w, h = child["rect"]
+                    self.assertLessEqual((x + w, y + h), (width, height), child)
+                display = [c for c in window["children"] if c["class"] == "Display Window"]
+                self.assertEqual([c["rect"] for c in display], [[0, 0, 1232, 1028]])
+                shared = [c for c in window["children"] if c["id"] == 2006]
                 self.assertEqual(sorted(c["rect"] for c in shared),
                                  [[1262, 380, 170, 20], [1262, 435, 170, 20]])
-                for box in shared:
-                    self.assertTrue(box["style"] & ES_READONLY)
+                self.assertTrue(all(c["style"] & ES_READONLY for c in shared))
+                control = children(session)
+                for control_id, cls, caption, rect in EXPECTED_CONTROLS:
+                    found = control[control_id]
+                    self.assertEqual((found["class"].lower(), found["caption"], found["rect"]),
+                                     (cls.lower(), caption, rect), control_id)
+                self.assertTrue(control[2102]["style"] & BS_PUSHLIKE)
+                self.assertEqual(control[2112]["style"] & BS_TYPE_MASK, BS_RADIOBUTTON)
+                self.assertEqual(control[2200]["style"] & BS_TYPE_MASK, BS_CHECKBOX)
+                self.assertEqual([control[i]["check"] for i in (32001, 2113, 2106, 2200)],
+                                 [1, 1, 1, 1])
 
-            with self.subTest("styles"):
-                style = {c["id"]: c["style"] for c in children if c["id"]}
-                self.assertTrue(style[2102] & BS_PUSHLIKE)
-                self.assertEqual(style[2112] & BS_TYPE_MASK, BS_RADIOBUTTON)
-                self.assertEqual(style[2200] & BS_TYPE_MASK, BS_CHECKBOX)
-                self.assertTrue(style[2013] & WS_BORDER)
-                self.assertFalse(style[2118] & ES_READONLY)
+                session.click_client(TITLE, 1332 + 10, 60 + 10)   # Video "On"
+                session.click_client(TITLE, 1262 + 10, 750 + 10)  # "Center Writing Only"
+                session.click_client(TITLE, 1362 + 10, 122 + 10)  # laser "On"
+                board.wait_for(["D 6 5", "G 5 117"])
+                control = children(session)
+                self.assertEqual([control[i]["check"] for i in (2112, 2113, 2121)], [1, 0, 1])
+                # The Up arrow jogs Y by +500 um: 800 steps, shown once the board reports.
+                session.press_keys(TITLE, "Up")
+                wait_until(lambda: session.box_text(TITLE, Y_POSITION_BOX) == "500", 30,
+                           "the Y box never showed 500")
+                self.assertIn("M800", board.commands())
+                session.screenshot("main_window")
 
-            with self.subTest("first states"):
-                check = {c["id"]: c["check"] for c in children if c["id"]}
-                self.assertEqual((check[32001], check[32002]), (1, 0))
-                self.assertEqual((check[2112], check[2113]), (0, 1))
-                self.assertEqual(by_rect(children, [1352, 100, 40, 20])[0]["caption"], "1")
-
-            session.click_client(TITLE, 1332 + 10, 60 + 10)   # Video "On"
-            session.click_client(TITLE, 1262 + 10, 750 + 10)  # "Center Writing Only"
-            check = {c["id"]: c["check"] for c in session.controls(TITLE)["children"] if c["id"]}
-            self.assertEqual((check[2112], check[2113]), (1, 0))
-            self.assertEqual(check[2121], 1)
-
-            session.screenshot("main_window")
-            session.inspect("command", TITLE, 104)  # Help, "Information(&A)..."
-            self.assertTrue(session.inspect("wait", "About Telvane", 10000))
-            session.inspect("answer", "About Telvane", 1)
-            session.inspect("close", TITLE)
-            self.assertEqual(session.wait_exit(), 0)
-            with open(os.path.join(session.desktop, "Orvalin_Data", "Config.txt"), "rb") as f:
-                self.assertEqual(f.read(), DEFAULT_SETTINGS)
+                session.inspect("command", TITLE, 104)  # Help, "Information(&A)..."
+                self.assertTrue(session.inspect("wait", "About Telvane", 10000))
+                session.inspect("command", "About Telvane", 1)
+                close_program(session)
+                board.wait_for(["D 6 0", "G 5 0", "D 7 0"])
+                self.assertIn('"D 7 0" was sent.', session.output())
+                with open(os.path.join(session.desktop, "Orvalin_Data", "Config.txt"), "rb") as f:
+                    self.assertEqual(f.read(), DEFAULT_SETTINGS)
+            finally:
+                board.stop()
 
 
 if __name__ == "__main__":

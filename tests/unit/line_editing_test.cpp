@@ -97,7 +97,7 @@ TEST_F(LineEditing, TheEraserTestsTheUntruncatedEndsWithinThreePixels) {
   EXPECT_EQ(drawingCalls(), (Calls{"line main 616,514-626,514 width 1 pen dcdcdc"}));
 }
 
-TEST_F(LineEditing, TheEraserFindsVerticalLinesButNeverAPointAndTakesOneLinePerClick) {
+TEST_F(LineEditing, TheEraserFindsVerticalAndWildLinesButNeverAPointAndTakesOneAClick) {
   linePattern.segments = {{0.2f, 0.0f, 0.4f, 0.0f, 3},  // both ends on pixel 616
                           {0.0f, -50.0f, 0.0f, 50.0f, 3},
                           {-50.0f, 0.0f, 50.0f, 0.0f, 6}};
@@ -108,28 +108,25 @@ TEST_F(LineEditing, TheEraserFindsVerticalLinesButNeverAPointAndTakesOneLinePerC
   EXPECT_FLOAT_EQ(linePattern.segments[1].x1, -50.0f) << "the vertical line went first";
   leftClick({616, 514});
   EXPECT_EQ(linePattern.segments.size(), 1u);
-}
 
-// A line file may hold any number: such lines are drawn and tested far off the display.
-TEST_F(LineEditing, WildCoordinatesFromAFileAreDrawnAndTestedWithoutHarm) {
+  // A line file may hold any number: such lines are drawn and tested far off the display.
   linePattern.segments = {{-3e38f, 1e30f, 3e38f, -1e30f, 3}, {0, 0, 1e12f, 0, 3}};
   drawLines(SurfaceWindow::Display);
-  startErasing();
   leftClick({620, 514});
   ASSERT_EQ(linePattern.segments.size(), 1u);
   EXPECT_EQ(linePattern.segments[0].x1, -3e38f);
 }
 
+// "Erase" shows the cross at once, before the pointer moves onto the display.
 TEST_F(LineEditing, WidthButtonsAndEraseCheckTheirRadioAndSwitchErasing) {
   dispatchCommand(IDC_LINE_ERASE);
   EXPECT_EQ(linePattern.erasing, 1);
   dispatchCommand(IDC_LINE_WIDTH_6);
   EXPECT_EQ(linePattern.erasing, 0);
-  dispatchCommand(IDC_LINE_WIDTH_1);
   dispatchCommand(IDC_LINE_WIDTH_10);
   EXPECT_EQ(linePattern.widthClass, 10);
-  EXPECT_EQ(recordedCalls(), (Calls{"radio 2105-2109: 2109", "radio 2105-2109: 2107",
-                                    "radio 2105-2109: 2105", "radio 2105-2109: 2108"}));
+  EXPECT_EQ(recordedCalls(), (Calls{"radio 2105-2109: 2109", "cursor cross",
+                                    "radio 2105-2109: 2107", "radio 2105-2109: 2108"}));
 }
 
 TEST_F(LineEditing, TheListStaysAsItIsWhileAnOperationRuns) {
