@@ -31,19 +31,6 @@ class Board:
         wait_until(lambda: self.commands()[-len(tail):] == tail, timeout,
                    lambda: "board log ends %r, not %r" % (self.commands()[-8:], tail))
 
-    def wait_quiet(self, seconds=4.0, timeout=400):
-        """The log once no command came for `seconds`."""
-        seen, since = [], time.monotonic()
-
-        def quiet():
-            nonlocal seen, since
-            now = self.commands()
-            if now != seen:
-                seen, since = now, time.monotonic()
-            return time.monotonic() - since >= seconds
-        wait_until(quiet, timeout, "the board never went quiet", poll=0.5)
-        return seen
-
     def stop(self):
         self.process.terminate()
         self.process.wait(timeout=10)

@@ -9,7 +9,7 @@ import subprocess
 import time
 import unittest
 
-from e2e_support import TITLE, Board, WineSession, close_program, points_of
+from e2e_support import TITLE, Board, WineSession, close_program, points_of, wait_progress
 
 START_WRITING = (1362 + 50, 980 + 20)
 LINE_WIDTH_1 = (1262 + 10, 517 + 10)
@@ -49,7 +49,8 @@ class LinesUnderWine(unittest.TestCase):
 
                 before = len(board.commands())
                 session.click_client(TITLE, *START_WRITING)
-                commands = board.wait_quiet()[before:]
+                wait_progress(session, "All Writings finished", timeout=120)
+                commands = board.commands()[before:]
                 session.screenshot("lines-written")
                 self.assertEqual(laser_periods(commands), 1)
                 saved = glob.glob(os.path.join(session.desktop, "Orvalin_Data", "*",

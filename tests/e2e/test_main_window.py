@@ -1,21 +1,20 @@
-"""Start-up and the main window of telvane.exe under Wine, with telvane-board-sim as the
-board on COM3 and no camera: the port is opened twice with the exact command bytes, the
-camera's absence is reported, the controls sit at their places, clicks and keys on the
-real windows reach the board, and closing the window switches the outputs off and writes
-the settings line."""
+"""Start-up, the main window and the two configuration dialogs of telvane.exe under Wine,
+with telvane-board-sim as the board on COM3 and no camera, met as an operator meets them:
+the port is opened twice with the exact command bytes and the camera's absence reported;
+the controls sit at their places; clicks and keys reach the board; in the dialogs opened
+from the Configuration menu "7mm" is chosen, a voltage typed and applied, a raw command
+sent; closing the window switches the outputs off and writes the
+choices into Config.txt."""
 import os
+import subprocess
 import unittest
 
 from e2e_support import TITLE, Board, WineSession, children, close_program, wait_until
 
 OPEN_SEQUENCE = ["z", "p", "P", "Q", "s6", "a32000", "S1", "T1"]
-DEFAULT_SETTINGS = (b"Mag:1X, laser shift:(0,0,0), Arduino:3, Standa:1,2,3, "
-                    b"Vin:2.30, Vout:2.60, Vv:1.30\n")
-Y_POSITION_BOX = [1327, 230, 50, 20]
-BS_TYPE_MASK, BS_CHECKBOX, BS_RADIOBUTTON, BS_PUSHLIKE = 0x0F, 0x02, 0x04, 0x1000
-ES_READONLY = 0x0800
+BS_TYPE_MASK, BS_CHECKBOX, BS_RADIOBUTTON, BS_PUSHLIKE, ES_READONLY = 0x0F, 2, 4, 0x1000, 0x800
 # (id, class, caption, rect): a sample down the whole column.
-EXPECTED_CONTROLS = [
+MAIN_CONTROLS = [
     (2102, "Button", "Camera Capture", [1262, 10, 110, 40]),
     (2112, "Button", "On", [1332, 60, 40, 20]),
     (3000, "Button", "On", [1362, 122, 40, 20]),
@@ -27,9 +26,57 @@ EXPECTED_CONTROLS = [
     (2203, "Button", "Mark", [1362, 950, 55, 20]),
     (2202, "Button", "Start Writing", [1362, 980, 100, 40]),
 ]
+WRITING, DEVICE = "Configuration", "Device Configuration"
+# A sample of each dialog's controls with their captions or first texts.
+WRITING_CONTROLS = {1002: "Line Drawing mode", 913: "Apply", 1100: "Go", 1004: "Shutter open",
+                    1: "Set", 2: "Done", 1029: "1mm", 1006: "2.30", 1227: "1.30", 1018: "700"}
+DEVICE_CONTROLS = {1000: "3", 1008: "Initialize", 1004: "Connected", 1032: "UP", 1009: "Send",
+                   1011: "Recieve", 1014: "MoveTo", 1030: "Y", 1101: "Zero Point", 2: "Close"}
 
 
 class MainWindowUnderWine(unittest.TestCase):
+    def check_window(self, session, title, captions):
+        """The controls' captions, all of them inside the window's client area."""
+        window = session.controls(title)
+        control = children(session, title)
+        self.assertEqual({i: control[i]["caption"] for i in captions}, captions)
+        for child in window["children"]:
+            x, y, w, h = child["rect"]
+            if child["class"] != "ComboBox":  # a closed list is shorter than its resource
+                self.assertLessEqual((x + w, y + h), tuple(window["client"]), child)
+        return window, control
+
+    def click(self, session, title, control_id):
+        x, y, w, h = children(session, title)[control_id]["rect"]
+        session.click_client(title, x + w // 2, y + h // 2)
+
+    def keys(self, session, *args):
+        subprocess.run(["xdotool", *args], env=session.env, check=True)
+
+    def type_into(self, session, title, control_id, text):
+        """Clicks into the box, selects what it holds and types over it."""
+        self.click(session, title, control_id)
+        self.keys(session, "key", "--delay", "100", "End", "shift+Home", "BackSpace")
+        self.keys(session, "type", "--delay", "100", text)
+
+    def choose(self, session, title, control_id, first_letter):
+        """Opens the drop-down list with the pointer and picks the entry by its letter."""
+        self.click(session, title, control_id)
+        self.keys(session, "key", "--delay", "200", first_letter, "Return")
+
+    def wait_caption(self, session, title, control_id, expected):
+        wait_until(lambda: children(session, title)[control_id]["caption"] == expected, 20,
+                   "%s %d never read %r" % (title, control_id, expected))
+
+    def open_dialog(self, session, command, title, expected):
+        session.inspect("command", TITLE, command)
+        self.assertTrue(session.inspect("wait", title, 10000), title)
+        self.check_window(session, title, expected)
+
+    def close_dialog(self, session, title, control_id):
+        self.click(session, title, control_id)
+        wait_until(lambda: session.inspect("wait", title, 0) is None, 20, "%r stays" % title)
+
     def test_operator_session_from_start_to_close(self):
         with WineSession("main_window") as session:
             board = Board(session)
@@ -39,50 +86,65 @@ class MainWindowUnderWine(unittest.TestCase):
                 self.assertEqual(reports, [("Camera Error", "No Barsler camera found")])
                 self.assertEqual(board.commands()[:16], OPEN_SEQUENCE * 2)
 
-                window = session.controls(TITLE)
+                window, control = self.check_window(
+                    session, TITLE, {i: caption for i, _, caption, _ in MAIN_CONTROLS})
+                self.assertEqual([(control[i]["class"].lower(), control[i]["rect"])
+                                  for i, _, _, _ in MAIN_CONTROLS],
+                                 [(cls.lower(), rect) for _, cls, _, rect in MAIN_CONTROLS])
                 self.assertEqual(window["window"], [0, 0, 1482, 1128])
-                width, height = window["client"]
-                for child in window["children"]:  # the whole column fits the client area
-                    x, y, w, h = child["rect"]
-                    self.assertLessEqual((x + w, y + h), (width, height), child)
                 display = [c for c in window["children"] if c["class"] == "Display Window"]
                 self.assertEqual([c["rect"] for c in display], [[0, 0, 1232, 1028]])
                 shared = [c for c in window["children"] if c["id"] == 2006]
                 self.assertEqual(sorted(c["rect"] for c in shared),
                                  [[1262, 380, 170, 20], [1262, 435, 170, 20]])
                 self.assertTrue(all(c["style"] & ES_READONLY for c in shared))
-                control = children(session)
-                for control_id, cls, caption, rect in EXPECTED_CONTROLS:
-                    found = control[control_id]
-                    self.assertEqual((found["class"].lower(), found["caption"], found["rect"]),
-                                     (cls.lower(), caption, rect), control_id)
                 self.assertTrue(control[2102]["style"] & BS_PUSHLIKE)
                 self.assertEqual(control[2112]["style"] & BS_TYPE_MASK, BS_RADIOBUTTON)
                 self.assertEqual(control[2200]["style"] & BS_TYPE_MASK, BS_CHECKBOX)
                 self.assertEqual([control[i]["check"] for i in (32001, 2113, 2106, 2200)],
                                  [1, 1, 1, 1])
 
-                session.click_client(TITLE, 1332 + 10, 60 + 10)   # Video "On"
                 session.click_client(TITLE, 1262 + 10, 750 + 10)  # "Center Writing Only"
-                session.click_client(TITLE, 1362 + 10, 122 + 10)  # laser "On"
-                board.wait_for(["D 6 5", "G 5 117"])
+                session.click_client(TITLE, 1332 + 10, 60 + 10)   # Video "On": focus back
                 control = children(session)
                 self.assertEqual([control[i]["check"] for i in (2112, 2113, 2121)], [1, 0, 1])
                 # The Up arrow jogs Y by +500 um: 800 steps, shown once the board reports.
                 session.press_keys(TITLE, "Up")
-                wait_until(lambda: session.box_text(TITLE, Y_POSITION_BOX) == "500", 30,
+                wait_until(lambda: session.box_text(TITLE, [1327, 230, 50, 20]) == "500", 30,
                            "the Y box never showed 500")
                 self.assertIn("M800", board.commands())
                 session.screenshot("main_window")
 
+                self.open_dialog(session, 32821, WRITING, WRITING_CONTROLS)
+                self.choose(session, WRITING, 1029, "7")
+                self.wait_caption(session, WRITING, 1020, "7")
+                self.assertEqual(session.box_text(TITLE, [1352, 100, 40, 20]), "7")
+                self.type_into(session, WRITING, 1006, "2.345")
+                self.click(session, WRITING, 913)  # "Apply" switches the laser on
+                self.wait_caption(session, WRITING, 1006, "2.3")
+                board.wait_for(["D 6 5", "G 5 119"])
+                session.screenshot("writing_configuration")
+                self.close_dialog(session, WRITING, 2)
+                session.click_client(TITLE, 1412 + 10, 122 + 10)  # laser "Off"
+                board.wait_for(["D 6 0", "G 5 0"])
+
+                self.open_dialog(session, 32820, DEVICE, DEVICE_CONTROLS)
+                self.type_into(session, DEVICE, 1001, "G 5 100")
+                self.click(session, DEVICE, 1009)  # "Send"
+                board.wait_for(["G 5 100"])
+                session.screenshot("device_configuration")
+                self.close_dialog(session, DEVICE, 2)  # off, though the program held 0 V
+                board.wait_for(["D 6 0", "G 5 0"])
+
                 session.inspect("command", TITLE, 104)  # Help, "Information(&A)..."
                 self.assertTrue(session.inspect("wait", "About Telvane", 10000))
-                session.inspect("command", "About Telvane", 1)
+                session.inspect("answer", "About Telvane", 1)
                 close_program(session)
-                board.wait_for(["D 6 0", "G 5 0", "D 7 0"])
+                board.wait_for(["D 6 0", "D 7 0"])  # laser and lamp off (0 V already held)
                 self.assertIn('"D 7 0" was sent.', session.output())
-                with open(os.path.join(session.desktop, "Orvalin_Data", "Config.txt"), "rb") as f:
-                    self.assertEqual(f.read(), DEFAULT_SETTINGS)
+                with open(os.path.join(session.desktop, "Orvalin_Data", "Config.txt")) as f:
+                    self.assertEqual(f.read(), "Mag:7X, laser shift:(0,0,0), Arduino:3, "
+                                     "Standa:1,2,3, Vin:2.35, Vout:2.60, Vv:1.30\n")
             finally:
                 board.stop()
 

@@ -79,16 +79,4 @@ TEST_F(EdgeFinding, TheScanGivesEveryCellTheCodeOfTheSingleCellRule) {
   }
 }
 
-TEST_F(EdgeFinding, TheRemainingPointsScanSkipsTheOuterRing) {
-  setCell(targetPattern, 0, 0, kDarkCell);
-  setCell(targetPattern, 1, 1, kDarkCell);
-  setCell(targetPattern, 998, 998, kDarkCell);
-  setCell(targetPattern, 999, 500, kDarkCell);
-  scanRemainingPoints();
-  EXPECT_EQ(remainingPointCount, 2);
-  Rgb colour{};
-  ASSERT_TRUE(recordedDirectPixel(SurfaceWindow::Main, 1, 999, colour));
-  EXPECT_EQ(colour.red, 255);
-}
-
 }  // namespace

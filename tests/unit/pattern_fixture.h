@@ -1,6 +1,6 @@
-// The pattern stores as the program starts them: both pictures white, every grid
-// bright, the cluster table allocated, the recorded display empty; and helpers that make
-// pictures and grids with dark rectangles.
+// The pattern stores as the program starts them: both pictures white and none picked,
+// every grid bright, the cluster table allocated, the recorded display empty; and helpers
+// that make pictures and grids with dark rectangles.
 #pragma once
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 
 #include "app/view_geometry.h"
 #include "pattern/cluster_table.h"
+#include "pattern/mask_import.h"
 #include "pattern/pattern_stores.h"
 #include "sim/recorded_display.h"
 #include "station_fixture.h"
@@ -27,6 +28,8 @@ inline void resetPatternStores() {
     fillGrid(*grid, kBrightCell);
   }
   if (clusterTable == nullptr) allocateClusterTable();
+  maskPicturePath.clear();
+  alignmentMarkPicturePath.clear();
 }
 
 // Cells left <= x < right, low <= y < high of a grid with the given row stride, as far as

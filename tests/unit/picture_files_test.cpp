@@ -1,4 +1,4 @@
-// Picture files in the run folder, unique names and the file-open question.
+// Picture files in the run folder and unique names.
 #include "camera/picture_files.h"
 
 #include <gtest/gtest.h>
@@ -29,15 +29,6 @@ TEST_F(PictureFiles, UniqueNamesCountOnFromZero) {
   std::ofstream(folder / "LinePattern_0.txt") << "x";
   EXPECT_EQ(fs::path(UniqueFileName(dataPaths, L"LinePattern", L"txt")).filename(),
             "LinePattern_1.txt");
-}
-
-TEST_F(PictureFiles, TheFileQuestionGivesTheChosenPathOrLeavesItOnCancel) {
-  std::wstring path = L"before";
-  EXPECT_EQ(AskFileToOpen(path), 1);
-  EXPECT_EQ(path, L"before");
-  recordedQueueFileChoice(L"/tmp/mask.png");
-  AskFileToOpen(path);
-  EXPECT_EQ(path, L"/tmp/mask.png");
 }
 
 }  // namespace
