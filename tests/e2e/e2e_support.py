@@ -47,7 +47,7 @@ def wait_until(condition, timeout, message, poll=0.3):
 
 def answer_file_dialog(session, unix_path):
     """Types the path into the real "Open" dialog (drive Z: is the Linux root)."""
-    if not session.inspect("wait", "Open", 20000):
+    if not session.wait_window("Open"):
         raise AssertionError("no file dialog")
     subprocess.run(["xdotool", "search", "--name", "^Open$", "windowfocus", "--sync", "type",
                     "--delay", "30", "Z:" + unix_path.replace("/", "\\")],
@@ -69,7 +69,7 @@ def wait_progress(session, text, timeout=300):
 
 def points_of(session, shot, colour, left, top, width, height):
     """Client points of the main window in the rectangle that show colour (r, g, b)."""
-    sx, sy = session.inspect("screen", TITLE, left, top)
+    sx, sy = session.screen_point(TITLE, left, top)
     rgb = subprocess.run(["convert", shot, "-crop", "%dx%d+%d+%d" % (width, height, sx, sy),
                           "+repage", "-depth", "8", "rgb:-"], capture_output=True,
                          check=True).stdout

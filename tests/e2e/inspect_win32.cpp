@@ -4,10 +4,9 @@
 // window asked for is not there, 2 on a usage error.
 //
 //   windows                        top-level visible windows: handle, class, title, text
-//   wait TITLE MS                  wait up to MS ms for a top-level window titled TITLE
-//   list TITLE                     the window's sizes and every child: id, class,
-//                                  caption, rect in client pixels, style, check state
-//   screen TITLE X Y               screen point of client point (X, Y) of the window
+//   list TITLE                     the window's sizes, its client origin on the screen,
+//                                  and every descendant: id, class, caption, rect in
+//                                  client pixels, style, check state
 //   command TITLE ID               post WM_COMMAND ID to the window (a menu entry, or
 //   answer TITLE ID                a dialog's button: 1 OK, 6 Yes, 7 No)
 //   close TITLE                    post WM_CLOSE to the window
@@ -85,20 +84,6 @@ int listWindows() {
   return 0;
 }
 
-int waitFor(const std::string& title, int timeoutMs) {
-  for (int waitedMs = 0;; waitedMs += 50) {
-    HWND window = findTopLevel(title);
-    if (window != nullptr) {
-      std::printf("{\"handle\":%s}\n", handleText(window).c_str());
-      return 0;
-    }
-    if (waitedMs >= timeoutMs) break;
-    Sleep(50);
-  }
-  std::printf("null\n");
-  return 1;
-}
-
 struct ChildList {
   HWND parent;
   std::string json;
@@ -112,12 +97,10 @@ BOOL CALLBACK describeChild(HWND child, LPARAM data) {
   const LRESULT check =
       _stricmp(classOf(child).c_str(), "Button") == 0 ? SendMessageA(child, BM_GETCHECK, 0, 0) : 0;
   char line[256];
-  std::snprintf(line, sizeof line,
-                "{\"id\":%d,\"parent\":%s,\"rect\":[%ld,%ld,%ld,%ld],\"style\":%lu,\"check\":%d,",
-                GetDlgCtrlID(child), handleText(GetParent(child)).c_str(), rect.left, rect.top,
-                rect.right - rect.left, rect.bottom - rect.top,
-                static_cast<unsigned long>(GetWindowLongA(child, GWL_STYLE)),
-                static_cast<int>(check));
+  std::snprintf(
+      line, sizeof line, "{\"id\":%d,\"rect\":[%ld,%ld,%ld,%ld],\"style\":%lu,\"check\":%d,",
+      GetDlgCtrlID(child), rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+      static_cast<unsigned long>(GetWindowLongA(child, GWL_STYLE)), static_cast<int>(check));
   if (list.json.size() > 1) list.json += ",";
   list.json += line;
   list.json += "\"class\":" + json(classOf(child)) + ",\"caption\":" + json(textOf(child)) + "}";
@@ -127,22 +110,24 @@ BOOL CALLBACK describeChild(HWND child, LPARAM data) {
 int listChildren(HWND window) {
   RECT client;
   RECT outer;
+  POINT origin = {0, 0};
   GetClientRect(window, &client);
   GetWindowRect(window, &outer);
+  ClientToScreen(window, &origin);
   ChildList list = {window, "["};
   EnumChildWindows(window, describeChild, reinterpret_cast<LPARAM>(&list));
   std::printf(
-      "{\"handle\":%s,\"class\":%s,\"client\":[%ld,%ld],\"window\":[%ld,%ld,%ld,%ld],"
+      "{\"client\":[%ld,%ld],\"origin\":[%ld,%ld],\"window\":[%ld,%ld,%ld,%ld],"
       "\"children\":%s]}\n",
-      handleText(window).c_str(), json(classOf(window)).c_str(), client.right, client.bottom,
-      outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top, list.json.c_str());
+      client.right, client.bottom, origin.x, origin.y, outer.left, outer.top,
+      outer.right - outer.left, outer.bottom - outer.top, list.json.c_str());
   return 0;
 }
 
 int usage() {
   std::fprintf(stderr,
-               "usage: telvane-inspect windows | wait TITLE MS | list TITLE | "
-               "screen TITLE X Y | command TITLE ID | answer TITLE ID | close TITLE\n");
+               "usage: telvane-inspect windows | list TITLE | command TITLE ID | "
+               "answer TITLE ID | close TITLE\n");
   return 2;
 }
 
@@ -153,19 +138,12 @@ int main(int argc, char** argv) {
   const std::string verb = argv[1];
   if (verb == "windows") return listWindows();
   if (argc < 3) return usage();
-  if (verb == "wait" && argc == 4) return waitFor(argv[2], std::atoi(argv[3]));
   HWND window = findTopLevel(argv[2]);
   if (window == nullptr) {
     std::printf("null\n");
     return 1;
   }
   if (verb == "list") return listChildren(window);
-  if (verb == "screen" && argc == 5) {
-    POINT point = {std::atoi(argv[3]), std::atoi(argv[4])};
-    ClientToScreen(window, &point);
-    std::printf("[%ld,%ld]\n", point.x, point.y);
-    return 0;
-  }
   if ((verb == "command" || verb == "answer") && argc == 4) {
     PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(std::atoi(argv[3])), 0);
     std::printf("true\n");

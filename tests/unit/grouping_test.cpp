@@ -93,11 +93,6 @@ TEST_F(Grouping, The998thSeparatePointOverflowsMaxGrain) {
   for (int c = 0; c < 997; ++c) ASSERT_EQ(clusterTable[c].count, 1);
 }
 
-TEST_F(Grouping, RectanglesOfTheCoarsePassAreScaledByTheBlockSize) {
-  group({pointAt(10, 20), pointAt(11, 21), pointAt(12, 22)}, 5);
-  EXPECT_THAT(rectangles(), ::testing::ElementsAre("166,914,176,904 pen 646464 hollow"));
-}
-
 // Random and adversarial sets, a point that touches two clusters, a cluster
 // that reaches 9999 points, chains whose links arrive in reverse order (so every merge
 // pass finds more), the ends of the 16-bit range, and edges of random masks.

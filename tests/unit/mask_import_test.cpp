@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "app/command_dispatch.h"
+#include "pattern/line_editing.h"
 #include "pattern_fixture.h"
 #include "resources/resource.h"
 
@@ -21,21 +22,14 @@ class MaskImport : public PatternTest {
   }
 };
 
-TEST_F(MaskImport, ASumOf127IsDarkAnd128BrightAndTransparentIsBright) {
-  // Left half (42, 42, 43), right half (42, 43, 43).
+// A sum of 127 is dark and 128 bright; of the 2000 x 2000 render only the top-left sample
+// of each 2 x 2 block counts, so a 2000-wide picture's odd columns are never sampled.
+TEST_F(MaskImport, TheThresholdTakesTheTopLeftSampleOfEach2x2Block) {
   recordedRegisterPicture(L"sums.png", pictureOf(2, 1, {0xFF2A2A2B, 0xFF2A2B2B}));
   renderMaskPattern(false, L"sums.png", maskImage);
   EXPECT_EQ(getRed(maskImage, 499, 999), 0);
   EXPECT_EQ(getRed(maskImage, 500, 0), 255);
   EXPECT_EQ(station.cellCount, 500 * 1000);
-  recordedRegisterPicture(L"clear.png", pictureOf(2, 1, {0x00000000, kBlack}));
-  renderMaskPattern(false, L"clear.png", maskImage);
-  EXPECT_EQ(getBlue(maskImage, 100, 100), 255);
-  EXPECT_EQ(getBlue(maskImage, 900, 100), 0);
-}
-
-// A 2000 x 2 picture renders column for column: its odd columns are never sampled.
-TEST_F(MaskImport, OnlyTheTopLeftSampleOfEach2x2BlockCounts) {
   std::vector<uint32_t> stripes(2000 * 2);
   for (size_t i = 0; i < stripes.size(); ++i) stripes[i] = i % 2 == 1 ? kBlack : kWhitePixel;
   recordedRegisterPicture(L"stripes.png", pictureOf(2000, 2, stripes));
@@ -100,19 +94,33 @@ TEST_F(MaskImport, ThePictureButtonsRedrawTheHeldPicturesWithoutResettingTheZoom
   EXPECT_TRUE(hasLine("rect 113,11,1119,1017 pen ffffff fill ffffff", recordedDisplayCalls()));
 }
 
-TEST_F(MaskImport, PatternCommandsAreIgnoredWhileAnOperationRuns) {
+// Neither the pictures nor the line list change under a running operation.
+TEST_F(MaskImport, PatternAndLineCommandsAreIgnoredWhileAnOperationRuns) {
   recordedRegisterPicture(L"black.png", pictureOf(1, 1, {kBlack}));
   maskPicturePath = alignmentMarkPicturePath = L"black.png";
+  linePattern.segments = {{0, 0, 10, 0, 3}};
+  linePattern.erasing = 1;
   writingActive = 1;
   recordedQueueFileChoice(L"black.png");
   for (int id : {IDM_IMPORT_IMAGE, IDM_IMPORT_ALIGNMENT_MARK, IDM_MASK_PATTERN, IDC_ALIGN_MARK,
                  IDC_SHOW_MASK_FILE, IDM_SHOW_TARGET_PATTERN, IDM_SIMULATE_WRITING,
-                 IDM_FINAL_PATTERN, IDM_ERASE_MASK_PATTERN, IDM_FIND_EDGES, IDM_GROUPING}) {
+                 IDM_FINAL_PATTERN, IDM_ERASE_MASK_PATTERN, IDM_FIND_EDGES, IDM_GROUPING,
+                 IDM_DELETE_ALL_LINES, IDM_IMPORT_LINE_PATTERNS}) {
     dispatchCommand(id);
   }
+  leftClick({620, 514});  // the eraser on the line
   EXPECT_TRUE(recordedDisplayCalls().empty());
   EXPECT_TRUE(recordedCalls().empty());
   EXPECT_EQ(getRed(maskImage, 300, 300), 255);
+  EXPECT_EQ(linePattern.segments.size(), 1u);
+}
+
+// The stores' accessors never refuse a place: out of range is the nearest edge.
+TEST_F(MaskImport, OutOfRangePlacesAreTheNearestEdgeCellOrPixel) {
+  setCell(finePattern, -5, 2000, kDarkCell);
+  EXPECT_EQ(getCell(finePattern.cells, 1000, 1000, 0, 999), kDarkCell);
+  setRed(maskImage, 999, 0, 42);
+  EXPECT_EQ(getRed(maskImage, 1000, -3), 42);
 }
 
 // Row r of the progress raster is drawn at 1000 - r from the display's corner: row 0
