@@ -99,6 +99,8 @@ void feedbackRedrawMainWindow() {
   UpdateWindow(mainWindow);
 }
 
+void feedbackShowCrossCursor() { SetCursor(LoadCursorW(nullptr, IDC_CROSS)); }
+
 void feedbackSetLiveTimer(bool running) {
   if (running) {
     SetTimer(mainWindow, 1, 200, nullptr);

@@ -9,8 +9,9 @@
 #include "station/system_services.h"
 #include "station/view_geometry.h"
 
-// displayFrame first: the camera record copies its pixel pointer when it is built.
-ImageBuffer displayFrame;
+// displayFrame first: the camera record copies its pixel pointer when it is built. It is
+// the whole display from the start, so every picture the live view draws has one size.
+ImageBuffer displayFrame(kDisplayWidth, kDisplayHeight);
 CameraDevice camera;
 int grabFailureCount = 0;
 int blueOnly = 0;

@@ -4,7 +4,7 @@
 // rules and what is drawn where belong to the callers (live_render.cpp, wide_view.cpp,
 // picture_files.cpp). Windows: display_surface_win32.cpp (GDI; the display window keeps
 // a back buffer that its paint handler shows). Tests: sim/recorded_display_seam.cpp logs
-// every call and keeps the last picture put on each window.
+// every call and keeps what the windows show, pixel by pixel.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // The live camera view's frame: what timer 1 of the main window and the live-view switch
-// (app/live_view_control.h, which decides when) call to grab and draw. It owns the
+// (camera/live_view_control.h, which decides when) call to grab and draw. It owns the
 // wide-view flag that says the mosaic, not a live frame, is on the screen.
 #pragma once
 

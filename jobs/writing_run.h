@@ -2,7 +2,7 @@
 // "Go to Writing", and Enter in the Dx and Dy boxes. This module owns the frame of a run:
 // its guards, the remembered stage place, the approach with the backlash steps, the
 // button texts and the return; the lines and the raster pattern are written by
-// jobs/vector_writing.h and link/raster_writing.h.
+// jobs/vector_writing.h and jobs/raster_writing.h.
 #pragma once
 
 void onStartWritingCommand();  // 2202 "Start Writing" (reads "Stop" during a run)

@@ -4,3 +4,8 @@
 #include "camera/heap_blocks.h"
 
 ImageBuffer::ImageBuffer() { pixels = allocateRunBlock<uint8_t>(static_cast<size_t>(byteSize)); }
+
+ImageBuffer::ImageBuffer(int32_t usedWidth, int32_t usedHeight) : ImageBuffer() {
+  width = usedWidth;
+  height = usedHeight;
+}

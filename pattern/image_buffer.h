@@ -10,6 +10,7 @@ constexpr int32_t kImageBufferBytes = 1232 * 1028 * 4;  // 5,065,984
 
 struct ImageBuffer {
   ImageBuffer();
+  ImageBuffer(int32_t usedWidth, int32_t usedHeight);  // a picture of the whole display
 
   int32_t valid = 1;  // takes part in pattern building while non-zero
   uint8_t* pixels = nullptr;

@@ -109,6 +109,7 @@ void setWidthClass(int widthUm) {
 void startErasing() {
   linePattern.erasing = 1;
   feedbackCheckRadio(IDC_LINE_WIDTH_1, IDC_LINE_ERASE, IDC_LINE_ERASE);
+  feedbackShowCrossCursor();
 }
 
 void eraseLineAt(IntPoint point) {

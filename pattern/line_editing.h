@@ -14,7 +14,8 @@ void rightClick();                 // ends the chain and removes the rubber band
 int widthRadioFor(int widthClass);
 // Width buttons: 1, 3, 6 or 10 um; clears erasing.
 void setWidthClass(int widthUm);
-// The "Erase" button: the next left clicks delete lines instead of drawing.
+// The "Erase" button: the next left clicks delete lines instead of drawing; the pointer
+// shows the cross at once.
 void startErasing();
 
 // Deletes the first segment in list order that passes within 3 pixels of point, painting

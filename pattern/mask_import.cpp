@@ -32,6 +32,11 @@ void showOnDisplay(const uint8_t* pixels, int width, int height, int x, int y) {
   canvasFree(canvas);
 }
 
+// A picture of the writing area is shown with row y of its 1000 bottom-up rows at display
+// row bottom - y, where every grid is painted and written cells are marked: its top row
+// lies one below the area's top edge.
+constexpr int kPictureDropPx = 1;
+
 void paintWhite(const IntRect& rect) {
   Canvas* window = canvasOnWindow(SurfaceWindow::Display);
   canvasRectangle(window, rect, kWhite, &kWhite);
@@ -58,7 +63,7 @@ int importPictureToImage(const std::wstring* path, ImageBuffer image) {
   } else {
     std::memset(image.pixels, 0xFF, static_cast<size_t>(w) * static_cast<size_t>(h) * 4);
   }
-  showOnDisplay(image.pixels, w, h, left, top);
+  showOnDisplay(image.pixels, w, h, left, top + kPictureDropPx);
   return 0;
 }
 
@@ -94,7 +99,9 @@ int renderMaskPattern(bool show, const std::wstring& path, ImageBuffer image) {
         canvasCreateContext(canvas) &&
         canvasSetPixels(canvas, render.data(), kMaskRenderSide, kMaskRenderSide)) {
       canvasSelectBitmap(canvas);
-      canvasStretch(canvas, station.writingAreaRect);
+      const IntRect area = station.writingAreaRect;
+      canvasStretch(
+          canvas, {area.left, area.top + kPictureDropPx, area.right, area.bottom + kPictureDropPx});
       canvasRestoreSelection(canvas);
     }
     canvasFree(canvas);

@@ -22,7 +22,8 @@ extern std::wstring maskPicturePath;
 extern std::wstring alignmentMarkPicturePath;
 
 // Wipes the writing area white, draws the picture (none: nothing) stretched over it and
-// captures it into image's pixels (w x h, bottom-up), as it shows on the display. 0.
+// captures it into image's pixels (w x h, bottom-up), as it shows on the display, where
+// row y lies at the area's bottom - y. 0.
 int importPictureToImage(const std::wstring* path, ImageBuffer image);
 // Renders the picture at 2000 x 2000, thresholds the top-left sample of each 2 x 2 block
 // into image (dark 0, 0, 0; bright 255, 255, 255), counts the dark cells into the total

@@ -34,9 +34,11 @@ void importPicture(std::wstring& heldPath, ImageBuffer& image) {
   importPictureToImage(&heldPath, image);
 }
 
+// With no picture imported the button shows what an import of a file that does not load
+// gives: the writing area wiped white and the picture captured white.
 void redrawPicture(const std::wstring& heldPath, ImageBuffer& image) {
-  if (operationRunning() == 1 || heldPath.empty()) return;
-  importPictureToImage(&heldPath, image);
+  if (operationRunning() == 1) return;
+  importPictureToImage(heldPath.empty() ? nullptr : &heldPath, image);
 }
 
 void whiteDisplay() {

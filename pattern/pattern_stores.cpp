@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "station/station.h"
 #include "camera/heap_blocks.h"
 #include "pattern/line_pattern.h"
 
@@ -31,8 +32,8 @@ void freeRows(int32_t** rows) {
 }
 
 // A picture nothing was imported into reads as bright, so it never asks for exposure.
-ImageBuffer freshPicture() {
-  ImageBuffer picture;
+ImageBuffer freshPicture(int width = kPatternSide, int height = kPatternSide) {
+  ImageBuffer picture(width, height);
   if (picture.pixels != nullptr) std::fill_n(picture.pixels, picture.byteSize, uint8_t{0xFF});
   return picture;
 }
@@ -113,7 +114,9 @@ int linesEnabled = 1;
 CellGrid cellGrid;
 ImageBuffer maskImage = freshPicture();
 ImageBuffer alignmentMarkImage = freshPicture();
-ImageBuffer simulationImage = freshPicture();  // "Show Target Pattern" before any redraw
+// The whole display, so that the composed picture replaces everything the display showed;
+// white for "Show Target Pattern" before any redraw.
+ImageBuffer simulationImage = freshPicture(kDisplayWidth, kDisplayHeight);
 
 EdgePoint edgePoints[kEdgePointCapacity];
 int32_t edgePointCount = 0;

@@ -66,8 +66,10 @@ extern MaskPattern finalPattern;   // bright before each raster run, shown by "F
 extern CellGrid cellGrid;
 
 // The pictures; their valid flags are the main window's "Mask" and "Mark" check boxes.
+// Both are 1000 x 1000, the writing area at one cell per pixel.
 extern ImageBuffer maskImage;
 extern ImageBuffer alignmentMarkImage;
+// The composed simulation, 1232 x 1028: the whole display window, rows bottom-up.
 extern ImageBuffer simulationImage;
 
 extern EdgePoint edgePoints[kEdgePointCapacity];

@@ -46,22 +46,26 @@ void composeSimulation(const MaskPattern& zoomed, ImageBuffer picture) {
   auto inside = [](const IntRect& r, int x, int y) {
     return x > r.left && x < r.right && y > r.top && y < r.bottom;
   };
-  for (int y = 0; y < picture.height; ++y) {
+  // Rows are bottom-up: row r of a picture shows display row height - 1 - r, in the
+  // composed picture as in the camera's.
+  for (int row = 0; row < picture.height; ++row) {
+    const int y = picture.height - 1 - row;
     for (int x = 0; x < picture.width; ++x) {
       uint8_t red = 255, green = 255, blue = 255;
-      if (inside(area, x, y) && getCell(zoomed, x - area.left, y - area.top) == kDarkCell) {
+      if (inside(area, x, y) && getCell(zoomed, x - area.left, area.bottom - y) == kDarkCell) {
         red = 0;
         green = 0;
       } else if (inside(camera, x, y)) {
         const int u = static_cast<int>((x - camera.left) / scale);
         const int v = static_cast<int>((y - camera.top) / scale);
-        red = getRed(displayFrame, u, v);
-        green = getGreen(displayFrame, u, v);
-        blue = getBlue(displayFrame, u, v);
+        const int frameRow = displayFrame.height - 1 - v;
+        red = getRed(displayFrame, u, frameRow);
+        green = getGreen(displayFrame, u, frameRow);
+        blue = getBlue(displayFrame, u, frameRow);
       }
-      setRed(picture, x, y, red);
-      setGreen(picture, x, y, green);
-      setBlue(picture, x, y, blue);
+      setRed(picture, x, row, red);
+      setGreen(picture, x, row, green);
+      setBlue(picture, x, row, blue);
     }
   }
 }

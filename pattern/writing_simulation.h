@@ -12,7 +12,8 @@
 // cellGrid.zoomedWidth and zoomedHeight.
 void resamplePattern(const MaskPattern& source, MaskPattern& destination);
 
-// picture (display coordinates, picture.width x picture.height) := blue where the zoomed
-// pattern is dark inside the writing area, else the camera picture inside the camera
-// field, else white.
+// picture (the display window, picture.width x picture.height, rows bottom-up) := blue
+// where the zoomed pattern is dark inside the writing area, else the camera picture inside
+// the camera field, else white. Cell (i, j) shows at display point (left + i, bottom - j)
+// of the writing area, where raster writing paints it when written.
 void composeSimulation(const MaskPattern& zoomed, ImageBuffer picture);

@@ -116,6 +116,15 @@ class WineSession:
     def windows(self):
         return self.inspect("windows") or []
 
+    def wait_window(self, title, timeout=20):
+        """True once a top-level window titled `title` is up, False after timeout seconds."""
+        deadline = time.monotonic() + timeout
+        while not any(w["title"] == title for w in self.windows()):
+            if time.monotonic() > deadline:
+                return False
+            time.sleep(0.2)
+        return True
+
     def dismiss_message_boxes_until(self, title, timeout=60):
         """Presses OK on every message box until the window `title` is up and no message
         box is left; returns the boxes seen as (title, text), in order."""
@@ -123,13 +132,14 @@ class WineSession:
         answered = set()
         deadline = time.monotonic() + timeout
         while time.monotonic() < deadline:
-            boxes = [w for w in self.windows() if w["class"] == MESSAGE_BOX_CLASS]
+            windows = self.windows()
+            boxes = [w for w in windows if w["class"] == MESSAGE_BOX_CLASS]
             for box in boxes:
                 if box["handle"] not in answered:
                     answered.add(box["handle"])
                     seen.append((box["title"], box["text"]))
                     self.inspect("answer", box["title"], IDOK)
-            if not boxes and self.inspect("wait", title, 0):
+            if not boxes and any(w["title"] == title for w in windows):
                 return seen
             time.sleep(0.2)
         raise TimeoutError("no window %r after message boxes %r" % (title, seen))
@@ -137,11 +147,16 @@ class WineSession:
     def controls(self, title):
         return self.inspect("list", title)
 
-    def click_client(self, title, x, y):
+    def screen_point(self, title, x, y):
+        """The screen point of client point (x, y) of the window."""
+        left, top = self.controls(title)["origin"]
+        return left + x, top + y
+
+    def click_client(self, title, x, y, button=1):
         """A real pointer click at client point (x, y) of the window."""
-        screen_x, screen_y = self.inspect("screen", title, x, y)
-        subprocess.run(["xdotool", "mousemove", str(screen_x), str(screen_y), "click", "1"],
-                       env=self.env, check=True)
+        screen_x, screen_y = self.screen_point(title, x, y)
+        subprocess.run(["xdotool", "mousemove", str(screen_x), str(screen_y), "click",
+                        str(button)], env=self.env, check=True)
 
     def press_keys(self, title, *keys):
         """Real key presses on the window, after giving it the keyboard focus."""

@@ -1,6 +1,6 @@
 // Control of the recorded display that the tests link in place of GDI: every drawing
-// call is kept as one line of text, the last picture copied onto each window is kept,
-// saved files hold the PNG signature, and failures of a kind can be queued.
+// call is kept as one line of text, what the windows show is kept pixel by pixel, saved
+// files hold the PNG signature, and failures of a kind can be queued.
 #pragma once
 
 #include <cstdint>
@@ -12,9 +12,6 @@
 void recordedDisplayReset();
 // Every call since the reset, e.g. "rect 950,950,1050,955 pen 000000 fill ffff00".
 const std::vector<std::string>& recordedDisplayCalls();
-// The picture last copied onto window at (0, 0) or stretched there, as 32-bit pixels of
-// the bitmap that was copied (width x height, bottom-up).
-const std::vector<uint8_t>& recordedWindowPicture(SurfaceWindow window);
 // The next count calls of the named step fail: "bitmap", "context", "pixels", "blit",
 // "stretch", "copy".
 void recordedDisplayFail(const std::string& step, int count);
@@ -30,6 +27,10 @@ struct RecordedPicture {
 };
 // The picture a path holds from now on; unregistered paths do not load.
 void recordedRegisterPicture(const std::wstring& path, const RecordedPicture& picture);
-// The colour last drawn straight onto the window at client pixel (x, y); false if none.
+// What the operator sees at client pixel (x, y) of the main window, where the display
+// window covers (0, 0) - (1232, 1028): pictures copied or stretched onto either window,
+// rectangles and pixels drawn on them (lines, ellipses and texts are not drawn). Black
+// where nothing was drawn since the reset.
+Rgb recordedScreenPixel(int x, int y);
+// The same for a client pixel of window; false where nothing was drawn since the reset.
 bool recordedDirectPixel(SurfaceWindow window, int x, int y, Rgb& colour);
-void recordedForgetDirectPixels();

@@ -1,7 +1,10 @@
 // The display-drawing and file-dialog seams as recorders: drawing is kept as text lines
-// and pictures, saving writes a small file that starts with the PNG signature, and the
-// file dialog answers with what the test queued. Pictures drawn straight onto a window
-// are kept pixel by pixel, and picture files are pictures the test registered by path.
+// and as pixels, saving writes a small file that starts with the PNG signature, and the
+// file dialog answers with what the test queued. The pixels follow GDI: bitmaps take
+// pictures top row first, copies and stretches land on the main window's client area (the
+// display window lies at its origin), and rectangles and single pixels are drawn where
+// they are asked; lines, ellipses and texts are kept as calls only. Picture files are
+// pictures the test registered by path.
 #include <algorithm>
 #include <cstdio>
 #include <deque>
@@ -19,18 +22,21 @@ struct Canvas {
   bool context = false;
   int width = 0;
   int height = 0;
-  std::vector<uint8_t> pixels;
+  std::vector<uint8_t> pixels;  // the bitmap, top row first, 4 bytes: blue, green, red, 0
 };
 
 namespace {
 
+// The main window is 1482 wide and about 1128 high: room for every client pixel.
+constexpr int kScreenWidth = kDisplayWidth + 250;
+constexpr int kScreenHeight = kDisplayHeight + 100;
+
 std::vector<std::string> calls;
-std::map<SurfaceWindow, std::vector<uint8_t>> windowPictures;
 std::map<std::string, int> failures;
 std::deque<std::wstring> fileChoices;
 std::map<std::wstring, RecordedPicture> pictureFiles;
-// Pixels drawn straight onto each window (top-down, 4 bytes: blue, green, red, drawn).
-std::map<SurfaceWindow, std::vector<uint8_t>> directPixels;
+// The client area, top row first, 4 bytes: blue, green, red, drawn since the reset.
+std::vector<uint8_t> screen;
 
 const char* windowName(SurfaceWindow window) {
   return window == SurfaceWindow::Main ? "main" : "display";
@@ -59,22 +65,57 @@ bool failing(const std::string& step) {
   return true;
 }
 
+// Client pixel (x, y) of window, nullptr outside it.
+uint8_t* screenPixel(SurfaceWindow window, int x, int y) {
+  const int width = window == SurfaceWindow::Main ? kScreenWidth : kDisplayWidth;
+  const int height = window == SurfaceWindow::Main ? kScreenHeight : kDisplayHeight;
+  if (x < 0 || y < 0 || x >= width || y >= height) return nullptr;
+  if (screen.empty()) screen.assign(static_cast<size_t>(kScreenWidth) * kScreenHeight * 4, 0);
+  return &screen[(static_cast<size_t>(y) * kScreenWidth + static_cast<size_t>(x)) * 4];
+}
+
+uint8_t* bitmapPixel(Canvas* canvas, int x, int y) {
+  if (!canvas->bitmap || x < 0 || y < 0 || x >= canvas->width || y >= canvas->height)
+    return nullptr;
+  return &canvas->pixels[(static_cast<size_t>(y) * canvas->width + static_cast<size_t>(x)) * 4];
+}
+
+void put(uint8_t* pixel, Rgb colour, uint8_t drawn) {
+  if (pixel == nullptr) return;
+  pixel[0] = colour.blue;
+  pixel[1] = colour.green;
+  pixel[2] = colour.red;
+  pixel[3] = drawn;
+}
+
+Rgb colourAt(const uint8_t* pixel) { return {pixel[2], pixel[1], pixel[0]}; }
+
+// Drawing goes onto the window for a canvas made on it, else into the canvas's bitmap.
+void draw(Canvas* canvas, int x, int y, Rgb colour) {
+  if (canvas->direct) {
+    put(screenPixel(canvas->window, x, y), colour, 1);
+  } else {
+    put(bitmapPixel(canvas, x, y), colour, 0);
+  }
+}
+
+// The bitmap's pixel (x, y) onto the window at (left + x, top + y).
+void copyToWindow(Canvas* canvas, int x, int y, int left, int top) {
+  const uint8_t* from = bitmapPixel(canvas, x, y);
+  if (from != nullptr) put(screenPixel(canvas->window, left, top), colourAt(from), 1);
+}
+
 }  // namespace
 
 void recordedDisplayReset() {
   calls.clear();
-  windowPictures.clear();
   failures.clear();
   fileChoices.clear();
   pictureFiles.clear();
-  directPixels.clear();
+  screen.clear();
 }
 
 const std::vector<std::string>& recordedDisplayCalls() { return calls; }
-
-const std::vector<uint8_t>& recordedWindowPicture(SurfaceWindow window) {
-  return windowPictures[window];
-}
 
 void recordedDisplayFail(const std::string& step, int count) { failures[step] = count; }
 
@@ -84,18 +125,17 @@ void recordedRegisterPicture(const std::wstring& path, const RecordedPicture& pi
   pictureFiles[path] = picture;
 }
 
-bool recordedDirectPixel(SurfaceWindow window, int x, int y, Rgb& colour) {
-  const auto found = directPixels.find(window);
-  if (found == directPixels.end() || x < 0 || y < 0 || x >= kDisplayWidth + 250 ||
-      y >= kDisplayHeight + 100)
-    return false;
-  const uint8_t* pixel = &found->second[(static_cast<size_t>(y) * (kDisplayWidth + 250) + x) * 4];
-  if (pixel[3] == 0) return false;
-  colour = {pixel[2], pixel[1], pixel[0]};
-  return true;
+Rgb recordedScreenPixel(int x, int y) {
+  const uint8_t* pixel = screenPixel(SurfaceWindow::Main, x, y);
+  return pixel != nullptr ? colourAt(pixel) : Rgb{0, 0, 0};
 }
 
-void recordedForgetDirectPixels() { directPixels.clear(); }
+bool recordedDirectPixel(SurfaceWindow window, int x, int y, Rgb& colour) {
+  const uint8_t* pixel = screenPixel(window, x, y);
+  if (pixel == nullptr || pixel[3] == 0) return false;
+  colour = colourAt(pixel);
+  return true;
+}
 
 Canvas* canvasNew(SurfaceWindow window) {
   Canvas* canvas = new Canvas;
@@ -128,7 +168,14 @@ bool canvasCreateContext(Canvas* canvas) {
 
 bool canvasSetPixels(Canvas* canvas, const uint8_t* pixels, int width, int height) {
   if (!canvas->bitmap || !canvas->context || failing("pixels")) return false;
-  canvas->pixels.assign(pixels, pixels + static_cast<size_t>(width) * height * 4);
+  // The picture's rows are bottom-up; its top row lands on the bitmap's top row, and what
+  // a smaller picture leaves uncovered keeps its pixels, as SetDIBits does.
+  for (int row = 0; row < height; ++row) {
+    for (int x = 0; x < std::min(width, canvas->width); ++x) {
+      uint8_t* to = bitmapPixel(canvas, x, height - 1 - row);
+      if (to != nullptr) std::copy_n(pixels + (static_cast<size_t>(row) * width + x) * 4, 3, to);
+    }
+  }
   calls.push_back("pixels");
   return true;
 }
@@ -136,9 +183,18 @@ bool canvasSetPixels(Canvas* canvas, const uint8_t* pixels, int width, int heigh
 void canvasSelectBitmap(Canvas*) {}
 void canvasRestoreSelection(Canvas*) {}
 
-void canvasRectangle(Canvas*, const IntRect& rect, Rgb pen, const Rgb* fill) {
+void canvasRectangle(Canvas* canvas, const IntRect& rect, Rgb pen, const Rgb* fill) {
   calls.push_back("rect " + rectText(rect) + " pen " + hex(pen) +
                   (fill != nullptr ? " fill " + hex(*fill) : std::string(" hollow")));
+  // GDI orders the corners and leaves the right column and the bottom row out.
+  const int left = std::min(rect.left, rect.right), right = std::max(rect.left, rect.right) - 1;
+  const int top = std::min(rect.top, rect.bottom), bottom = std::max(rect.top, rect.bottom) - 1;
+  for (int y = top; y <= bottom; ++y) {
+    for (int x = left; x <= right; ++x) {
+      const bool edge = x == left || x == right || y == top || y == bottom;
+      if (edge || fill != nullptr) draw(canvas, x, y, edge ? pen : *fill);
+    }
+  }
 }
 
 void canvasEllipse(Canvas*, const IntRect& rect, Rgb pen) {
@@ -150,29 +206,7 @@ void canvasText(Canvas*, int x, int y, const std::string& text, const Rgb* colou
                   (colour != nullptr ? hex(*colour) : std::string("plain")) + " " + text);
 }
 
-void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour) {
-  if (canvas->direct) {
-    // The main window is 1482 wide and about 1128 high: room for every client pixel.
-    constexpr int kWidth = kDisplayWidth + 250;
-    constexpr int kHeight = kDisplayHeight + 100;
-    if (x < 0 || y < 0 || x >= kWidth || y >= kHeight) return;
-    std::vector<uint8_t>& surface = directPixels[canvas->window];
-    if (surface.empty()) surface.assign(static_cast<size_t>(kWidth) * kHeight * 4, 0);
-    uint8_t* pixel = &surface[(static_cast<size_t>(y) * kWidth + x) * 4];
-    pixel[0] = colour.blue;
-    pixel[1] = colour.green;
-    pixel[2] = colour.red;
-    pixel[3] = 1;
-    return;
-  }
-  if (x < 0 || y < 0 || x >= canvas->width || y >= canvas->height) return;
-  // Bitmap rows are kept bottom-up like the pictures, so row y from the top is height-1-y.
-  uint8_t* pixel =
-      &canvas->pixels[(static_cast<size_t>(canvas->height - 1 - y) * canvas->width + x) * 4];
-  pixel[0] = colour.blue;
-  pixel[1] = colour.green;
-  pixel[2] = colour.red;
-}
+void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour) { draw(canvas, x, y, colour); }
 
 void canvasLine(Canvas* canvas, IntPoint from, IntPoint to, int penWidth, Rgb colour) {
   calls.push_back(std::string("line ") + windowName(canvas->window) + " " + pointText(from) + "-" +
@@ -188,20 +222,35 @@ bool canvasBlit(Canvas* canvas, int x, int y) {
   if (!canvas->bitmap || failing("blit")) return false;
   calls.push_back(std::string("blit ") + windowName(canvas->window) + " " + std::to_string(x) +
                   "," + std::to_string(y));
-  windowPictures[canvas->window] = canvas->pixels;
+  for (int by = 0; by < canvas->height; ++by) {
+    for (int bx = 0; bx < canvas->width; ++bx) copyToWindow(canvas, bx, by, x + bx, y + by);
+  }
   return true;
 }
 
 bool canvasStretch(Canvas* canvas, const IntRect& rect) {
   if (!canvas->bitmap || failing("stretch")) return false;
   calls.push_back(std::string("stretch ") + windowName(canvas->window) + " " + rectText(rect));
-  windowPictures[canvas->window] = canvas->pixels;
+  const int width = rect.right - rect.left, height = rect.bottom - rect.top;
+  // The nearest bitmap pixel: halftone stretching, simplified.
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      copyToWindow(canvas, x * canvas->width / width, y * canvas->height / height, rect.left + x,
+                   rect.top + y);
+    }
+  }
   return true;
 }
 
 bool canvasCopyFromWindow(Canvas* canvas) {
   if (!canvas->bitmap || failing("copy")) return false;
   calls.push_back(std::string("copy from ") + windowName(canvas->window));
+  for (int y = 0; y < canvas->height; ++y) {
+    for (int x = 0; x < canvas->width; ++x) {
+      const uint8_t* from = screenPixel(canvas->window, x, y);
+      if (from != nullptr) put(bitmapPixel(canvas, x, y), colourAt(from), 0);
+    }
+  }
   return true;
 }
 

@@ -127,6 +127,8 @@ void feedbackDrawMainText(int x, int y, const std::string& text, int red, int gr
 
 void feedbackRedrawMainWindow() { calls.push_back("redraw main"); }
 
+void feedbackShowCrossCursor() { calls.push_back("cursor cross"); }
+
 void feedbackSetLiveTimer(bool running) {
   calls.push_back(running ? "timer 1: 200 ms" : "timer 1: killed");
 }

@@ -41,6 +41,9 @@ void feedbackFocusMainWindow();
 void feedbackDrawMainText(int x, int y, const std::string& text, int red, int green, int blue);
 // Repaints the main window's client area now (the jog pad drawn afresh).
 void feedbackRedrawMainWindow();
+// The pointer shows the cross now, where it is, until a window it moves over sets its own
+// (the display window keeps the cross while the eraser is on).
+void feedbackShowCrossCursor();
 // Timer 1 of the main window, the live view's 200 ms tick.
 void feedbackSetLiveTimer(bool running);
 

@@ -4,69 +4,44 @@
 // window asked for is not there, 2 on a usage error.
 //
 //   windows                        top-level visible windows: handle, class, title, text
-//   wait TITLE MS                  wait up to MS ms for a top-level window titled TITLE
-//   list TITLE                     the window's sizes and every child: id, class,
-//                                  caption, rect in client pixels, style, check state
-//   screen TITLE X Y               screen point of client point (X, Y) of the window
-//   command TITLE ID               post WM_COMMAND ID to the window
-//   answer TITLE ID                post WM_COMMAND ID (1 OK, 6 Yes, 7 No) to a dialog
+//   list TITLE                     the window's sizes, its client origin on the screen,
+//                                  and every descendant: id, class, caption, rect in
+//                                  client pixels, style, check state
+//   command TITLE ID               post WM_COMMAND ID to the window (a menu entry, or
+//   answer TITLE ID                a dialog's button: 1 OK, 6 Yes, 7 No)
 //   close TITLE                    post WM_CLOSE to the window
 #include <windows.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
 namespace {
 
-std::string utf8(const std::wstring& text) {
-  if (text.empty()) return {};
-  int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr,
-                                 0, nullptr, nullptr);
-  std::string out(static_cast<size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), out.data(), size,
-                      nullptr, nullptr);
-  return out;
-}
-
-std::wstring wide(const char* text) {
-  int size = MultiByteToWideChar(CP_UTF8, 0, text, -1, nullptr, 0);
-  std::wstring out(static_cast<size_t>(size > 0 ? size - 1 : 0), L'\0');
-  if (size > 1) MultiByteToWideChar(CP_UTF8, 0, text, -1, out.data(), size);
-  return out;
-}
-
-std::string json(const std::wstring& text) {
+std::string json(const std::string& text) {
   std::string out = "\"";
-  for (char c : utf8(text)) {
-    if (c == '"' || c == '\\') {
-      out += '\\';
-      out += c;
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      char escaped[8];
-      std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
-      out += escaped;
-    } else {
-      out += c;
-    }
+  for (char c : text) {
+    if (c == '"' || c == '\\') out += '\\';
+    if (static_cast<unsigned char>(c) >= 0x20) out += c;
   }
   return out + "\"";
 }
 
 // WM_GETTEXT rather than GetWindowText: across processes the latter gives only the
 // caption stored with the window, never the text an edit control holds.
-std::wstring textOf(HWND window) {
-  WCHAR text[512] = {};
+std::string textOf(HWND window) {
+  char text[512] = {};
   DWORD_PTR length = 0;
-  SendMessageTimeoutW(window, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
-                      2000, &length);
+  SendMessageTimeoutA(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text),
+                      SMTO_ABORTIFHUNG, 2000, &length);
   return text;
 }
 
-std::wstring classOf(HWND window) {
-  WCHAR name[256] = {};
-  GetClassNameW(window, name, 256);
+std::string classOf(HWND window) {
+  char name[256] = {};
+  GetClassNameA(window, name, sizeof name);
   return name;
 }
 
@@ -75,12 +50,6 @@ std::string handleText(HWND window) {
   std::snprintf(text, sizeof text, "\"%llx\"",
                 static_cast<unsigned long long>(reinterpret_cast<UINT_PTR>(window)));
   return text;
-}
-
-// The message text of a message box is its static child 0xFFFF.
-std::wstring dialogText(HWND window) {
-  HWND label = GetDlgItem(window, 0xFFFF);
-  return label != nullptr ? textOf(label) : std::wstring();
 }
 
 BOOL CALLBACK collectTopLevel(HWND window, LPARAM out) {
@@ -94,36 +63,25 @@ std::vector<HWND> topLevelWindows() {
   return windows;
 }
 
-HWND findTopLevel(const std::wstring& title) {
+HWND findTopLevel(const std::string& title) {
   for (HWND window : topLevelWindows()) {
     if (textOf(window) == title) return window;
   }
   return nullptr;
 }
 
+// The message text of a message box is its static child 0xFFFF.
 int listWindows() {
   std::string out = "[";
   for (HWND window : topLevelWindows()) {
+    HWND label = GetDlgItem(window, 0xFFFF);
     if (out.size() > 1) out += ",";
     out += "{\"handle\":" + handleText(window) + ",\"class\":" + json(classOf(window)) +
-           ",\"title\":" + json(textOf(window)) + ",\"text\":" + json(dialogText(window)) + "}";
+           ",\"title\":" + json(textOf(window)) +
+           ",\"text\":" + json(label != nullptr ? textOf(label) : "") + "}";
   }
   std::printf("%s]\n", out.c_str());
   return 0;
-}
-
-int waitFor(const std::wstring& title, int timeoutMs) {
-  for (int waitedMs = 0;; waitedMs += 50) {
-    HWND window = findTopLevel(title);
-    if (window != nullptr) {
-      std::printf("{\"handle\":%s}\n", handleText(window).c_str());
-      return 0;
-    }
-    if (waitedMs >= timeoutMs) break;
-    Sleep(50);
-  }
-  std::printf("null\n");
-  return 1;
 }
 
 struct ChildList {
@@ -136,16 +94,13 @@ BOOL CALLBACK describeChild(HWND child, LPARAM data) {
   RECT rect;
   GetWindowRect(child, &rect);
   MapWindowPoints(HWND_DESKTOP, list.parent, reinterpret_cast<POINT*>(&rect), 2);
-  LONG style = GetWindowLongW(child, GWL_STYLE);
-  LRESULT check = classOf(child) == L"Button" || classOf(child) == L"BUTTON"
-                      ? SendMessageW(child, BM_GETCHECK, 0, 0)
-                      : 0;
+  const LRESULT check =
+      _stricmp(classOf(child).c_str(), "Button") == 0 ? SendMessageA(child, BM_GETCHECK, 0, 0) : 0;
   char line[256];
-  std::snprintf(line, sizeof line,
-                "{\"id\":%d,\"parent\":%s,\"rect\":[%ld,%ld,%ld,%ld],\"style\":%lu,\"check\":%d,",
-                GetDlgCtrlID(child), handleText(GetParent(child)).c_str(), rect.left, rect.top,
-                rect.right - rect.left, rect.bottom - rect.top, static_cast<unsigned long>(style),
-                static_cast<int>(check));
+  std::snprintf(
+      line, sizeof line, "{\"id\":%d,\"rect\":[%ld,%ld,%ld,%ld],\"style\":%lu,\"check\":%d,",
+      GetDlgCtrlID(child), rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+      static_cast<unsigned long>(GetWindowLongA(child, GWL_STYLE)), static_cast<int>(check));
   if (list.json.size() > 1) list.json += ",";
   list.json += line;
   list.json += "\"class\":" + json(classOf(child)) + ",\"caption\":" + json(textOf(child)) + "}";
@@ -155,56 +110,47 @@ BOOL CALLBACK describeChild(HWND child, LPARAM data) {
 int listChildren(HWND window) {
   RECT client;
   RECT outer;
+  POINT origin = {0, 0};
   GetClientRect(window, &client);
   GetWindowRect(window, &outer);
+  ClientToScreen(window, &origin);
   ChildList list = {window, "["};
   EnumChildWindows(window, describeChild, reinterpret_cast<LPARAM>(&list));
   std::printf(
-      "{\"handle\":%s,\"class\":%s,\"client\":[%ld,%ld],\"window\":[%ld,%ld,%ld,%ld],"
+      "{\"client\":[%ld,%ld],\"origin\":[%ld,%ld],\"window\":[%ld,%ld,%ld,%ld],"
       "\"children\":%s]}\n",
-      handleText(window).c_str(), json(classOf(window)).c_str(), client.right, client.bottom,
-      outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top, list.json.c_str());
+      client.right, client.bottom, origin.x, origin.y, outer.left, outer.top,
+      outer.right - outer.left, outer.bottom - outer.top, list.json.c_str());
   return 0;
 }
 
 int usage() {
   std::fprintf(stderr,
-               "usage: telvane-inspect windows | wait TITLE MS | list TITLE | "
-               "screen TITLE X Y | command TITLE ID | answer TITLE ID | close TITLE\n");
+               "usage: telvane-inspect windows | list TITLE | command TITLE ID | "
+               "answer TITLE ID | close TITLE\n");
   return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::vector<std::wstring> args;
-  for (int i = 0; i < argc; ++i) args.push_back(wide(argv[i]));
   if (argc < 2) return usage();
-  std::wstring verb = args[1];
-  if (verb == L"windows") return listWindows();
+  const std::string verb = argv[1];
+  if (verb == "windows") return listWindows();
   if (argc < 3) return usage();
-  std::wstring title = args[2];
-  if (verb == L"wait" && argc == 4) return waitFor(title, _wtoi(args[3].c_str()));
-
-  HWND window = findTopLevel(title);
+  HWND window = findTopLevel(argv[2]);
   if (window == nullptr) {
     std::printf("null\n");
     return 1;
   }
-  if (verb == L"list") return listChildren(window);
-  if (verb == L"screen" && argc == 5) {
-    POINT point = {_wtoi(args[3].c_str()), _wtoi(args[4].c_str())};
-    ClientToScreen(window, &point);
-    std::printf("[%ld,%ld]\n", point.x, point.y);
-    return 0;
-  }
-  if ((verb == L"command" || verb == L"answer") && argc == 4) {
-    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(_wtoi(args[3].c_str())), 0);
+  if (verb == "list") return listChildren(window);
+  if ((verb == "command" || verb == "answer") && argc == 4) {
+    PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(std::atoi(argv[3])), 0);
     std::printf("true\n");
     return 0;
   }
-  if (verb == L"close") {
-    PostMessageW(window, WM_CLOSE, 0, 0);
+  if (verb == "close") {
+    PostMessageA(window, WM_CLOSE, 0, 0);
     std::printf("true\n");
     return 0;
   }

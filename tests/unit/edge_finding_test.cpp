@@ -30,13 +30,7 @@ TEST_F(EdgeFinding, ABrightGridHasNoEdgesAndASingleDarkCellIsTheOnlyPointWithCod
   EXPECT_EQ(code(400, 300), 33);
 }
 
-TEST_F(EdgeFinding, TheGridBorderActsAsABrightNeighbour) {
-  for (auto [x, y] : {std::pair{0, 500}, {1, 500}, {0, 499}, {0, 501}}) {
-    setCell(targetPattern, x, y, kDarkCell);
-  }
-  EXPECT_EQ(edgeCode(targetPattern.cells, kPatternSide, kPatternSide, 0, 500), 1);
-}
-
+// The grid's border acts as a bright neighbour.
 TEST_F(EdgeFinding, AnAllDarkGridHasOnlyItsBorderAsEdges) {
   fillGrid(targetPattern, kDarkCell);
   findOn(targetPattern);
@@ -83,27 +77,6 @@ TEST_F(EdgeFinding, TheScanGivesEveryCellTheCodeOfTheSingleCellRule) {
     }
     EXPECT_EQ(edgePointCount, std::min(expectedPoints, 10000));
   }
-}
-
-TEST_F(EdgeFinding, FindEdgesIsIgnoredWhileAnOperationRuns) {
-  setCell(targetPattern, 5, 5, kDarkCell);
-  edgePointCount = 0;
-  station.moveBusy = 1;
-  dispatchCommand(IDM_FIND_EDGES);
-  EXPECT_EQ(edgePointCount, 0);
-  EXPECT_TRUE(recordedCalls().empty());
-}
-
-TEST_F(EdgeFinding, TheRemainingPointsScanSkipsTheOuterRing) {
-  setCell(targetPattern, 0, 0, kDarkCell);
-  setCell(targetPattern, 1, 1, kDarkCell);
-  setCell(targetPattern, 998, 998, kDarkCell);
-  setCell(targetPattern, 999, 500, kDarkCell);
-  scanRemainingPoints();
-  EXPECT_EQ(remainingPointCount, 2);
-  Rgb colour{};
-  ASSERT_TRUE(recordedDirectPixel(SurfaceWindow::Main, 1, 999, colour));
-  EXPECT_EQ(colour.red, 255);
 }
 
 }  // namespace

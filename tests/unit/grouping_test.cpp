@@ -93,97 +93,40 @@ TEST_F(Grouping, The998thSeparatePointOverflowsMaxGrain) {
   for (int c = 0; c < 997; ++c) ASSERT_EQ(clusterTable[c].count, 1);
 }
 
-TEST_F(Grouping, RectanglesOfTheCoarsePassAreScaledByTheBlockSize) {
-  group({pointAt(10, 20), pointAt(11, 21), pointAt(12, 22)}, 5);
-  EXPECT_THAT(rectangles(), ::testing::ElementsAre("166,914,176,904 pen 646464 hollow"));
-}
-
-TEST_F(Grouping, GroupingIsIgnoredWhileAnOperationRuns) {
-  edgePointCount = 1;
-  edgePoints[0] = pointAt(5, 5);
-  writingActive = 1;
-  dispatchCommand(IDM_GROUPING);
-  EXPECT_TRUE(recordedCalls().empty());
-  EXPECT_TRUE(recordedDisplayCalls().empty());
-}
-
-TEST_F(Grouping, APointTouchingTwoClustersJoinsTheFirstAndTheyMerge) {
-  PointSet points;
-  for (int x = 0; x < 6000; ++x) points.push_back(pointAt(x, 4));  // cluster 0
-  for (int x = 0; x < 3997; ++x) points.push_back(pointAt(x, 0));  // cluster 1, 4 rows below
-  points.push_back(pointAt(3996, 2));                              // touches both
-  expectSameAsReference(points);
-  EXPECT_EQ(group(points), 2);
-  EXPECT_EQ(clusterTable[0].count, 9998);
-  EXPECT_EQ(clusterTable[0].points[6000].x, 3996);  // the joining point, then cluster 1's
-}
-
-TEST_F(Grouping, AClusterStopsTakingPointsAt9999) {
-  PointSet points;
-  for (int x = 0; x < 10000; ++x) points.push_back(pointAt(x % 1000, (x / 1000) * 2));
-  expectSameAsReference(points);
-  group(points);
-  EXPECT_EQ(clusterTable[0].count, 9999);
-}
-
-TEST_F(Grouping, MatchesThePlainAlgorithmOnRandomAndClusteredPoints) {
+// Random and adversarial sets, a point that touches two clusters, a cluster
+// that reaches 9999 points, chains whose links arrive in reverse order (so every merge
+// pass finds more), the ends of the 16-bit range, and edges of random masks.
+TEST_F(Grouping, MatchesThePlainAlgorithm) {
   for (uint32_t seed = 1; seed <= 3; ++seed) {
-    for (int side : {40, 150, 1000}) {
-      SCOPED_TRACE("seed " + std::to_string(seed) + " side " + std::to_string(side));
+    for (int side : {40, 150, 1000})
       expectSameAsReference(randomPoints(static_cast<int>(seed) * 3000, side, seed));
-    }
-    SCOPED_TRACE("clustered, seed " + std::to_string(seed));
-    expectSameAsReference(clusteredPoints(10000, 40 * static_cast<int>(seed), 6, seed));
-    expectSameAsReference(clusteredPoints(10000, 600, 2, seed));
   }
-}
-
-TEST_F(Grouping, MatchesThePlainAlgorithmOnAdversarialPoints) {
-  const std::pair<const char*, PointSet> sets[] = {{"adversarial", adversarialPoints(10000)},
-                                                   {"many small", manySmallClusters(10000)},
-                                                   {"long outline", longOutline(10000)}};
-  for (const auto& [name, points] : sets) {
-    SCOPED_TRACE(name);
-    expectSameAsReference(points);
-  }
-  // Chains whose links arrive in reverse order, so every merge pass finds more.
+  expectSameAsReference(adversarialPoints(10000));
+  expectSameAsReference(manySmallClusters(10000));
+  expectSameAsReference(longOutline(10000));
+  PointSet lines;
+  for (int x = 0; x < 6000; ++x) lines.push_back(pointAt(x, 4));
+  for (int x = 0; x < 3997; ++x) lines.push_back(pointAt(x, 0));
+  lines.push_back(pointAt(3996, 2));
+  expectSameAsReference(lines);
+  PointSet full;
+  for (int x = 0; x < 10000; ++x) full.push_back(pointAt(x % 1000, (x / 1000) * 2));
+  expectSameAsReference(full);
   PointSet chain;
   for (int i = 0; i < 900; ++i) chain.push_back(pointAt(3 * (899 - i), (i % 2) * 3));
   for (int i = 0; i < 900; ++i) chain.push_back(pointAt(3 * i + 1, 1 + (i % 3 == 0)));
   expectSameAsReference(chain);
-  // Coordinates at the ends of the 16-bit range are far apart, not neighbours.
   expectSameAsReference({pointAt(32767, 0), pointAt(-32768, 0), pointAt(32766, 1),
                          pointAt(-32767, -32768), pointAt(-32768, 32767)});
-}
-
-TEST_F(Grouping, MatchesThePlainAlgorithmOnEdgesOfRandomMasks) {
   std::mt19937 random(7);
-  for (int round = 0; round < 2; ++round) {
-    fillGrid(targetPattern, kBrightCell);
-    std::uniform_int_distribution<int> corner(0, 980);
-    std::uniform_int_distribution<int> size(1, 40);
-    for (int r = 0; r < 150; ++r) {
-      const int x = corner(random), y = corner(random);
-      darkRectangle(targetPattern.cells, kPatternSide, x, y, x + size(random), y + size(random));
-    }
-    findEdges(targetPattern.cells, cellGrid.edgeCodes, edgePoints, edgePointCount, kPatternSide,
-              kPatternSide);
-    expectSameAsReference(PointSet(edgePoints, edgePoints + edgePointCount));
+  std::uniform_int_distribution<int> corner(0, 980), size(1, 40);
+  for (int r = 0; r < 150; ++r) {
+    const int x = corner(random), y = corner(random);
+    darkRectangle(targetPattern.cells, kPatternSide, x, y, x + size(random), y + size(random));
   }
-}
-
-TEST_F(Grouping, MergeIfTouchingMovesTheSecondClusterIntoTheFirst) {
-  auto a = std::make_unique<Cluster>();
-  auto b = std::make_unique<Cluster>();
-  a->count = b->count = 2;
-  a->points[0] = pointAt(0, 0);
-  a->points[1] = pointAt(5, 0);
-  b->points[0] = pointAt(7, 0);
-  b->points[1] = pointAt(9, 0);
-  mergeIfTouching(*a, *b);
-  EXPECT_EQ(a->count, 4);
-  EXPECT_EQ(a->points[3].x, 9);
-  EXPECT_EQ(b->count, 0);
+  findEdges(targetPattern.cells, cellGrid.edgeCodes, edgePoints, edgePointCount, kPatternSide,
+            kPatternSide);
+  expectSameAsReference(PointSet(edgePoints, edgePoints + edgePointCount));
 }
 
 }  // namespace

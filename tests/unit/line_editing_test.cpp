@@ -38,7 +38,7 @@ class LineEditing : public StationTest {
   }
 };
 
-TEST_F(LineEditing, ClicksChainSegmentsWithARubberBandAndARightClickEndsTheChain) {
+TEST_F(LineEditing, ClicksInsideTheAreaChainMicrometreSegmentsUntilARightClick) {
   leftClick({316, 314});
   pointerMove({416, 314});
   leftClick({416, 314});
@@ -57,28 +57,25 @@ TEST_F(LineEditing, ClicksChainSegmentsWithARubberBandAndARightClickEndsTheChain
              "line display 316,314-416,314 width 3 pen 0000ff", "invert display 416,314-416,314",
              "invert display 416,314-416,414", "line display 416,314-416,414 width 10 pen 0000ff",
              "invert display 416,414-416,414"}));
-}
 
-TEST_F(LineEditing, AClickOutsideTheScaledAreaOrWithLineDrawingOffAddsNothing) {
+  // A click on the area's edge is outside (the test is strict) and ends a chain; with line
+  // drawing off nothing starts.
   leftClick({316, 314});
-  leftClick({116, 314});  // on the edge: outside, the test is strict
+  leftClick({116, 314});
   EXPECT_FALSE(linePattern.drawing);
-  leftClick({416, 314});  // starts a new chain
-  EXPECT_TRUE(linePattern.drawing);
   linePattern.active = 0;
   leftClick({516, 314});
-  EXPECT_TRUE(linePattern.segments.empty());
   EXPECT_FALSE(linePattern.drawing);
-}
 
-TEST_F(LineEditing, ThePenWidthFollowsTheZoomAndPointsAreMicrometresFromTheCentre) {
+  // At zoom 2 a pixel is half a micrometre and the pen twice the width.
+  linePattern.active = 1;
   station.zoom = 2.0;
   recomputeViewGeometry(station);
   leftClick({617, 515});
   leftClick({627, 520});
-  ASSERT_EQ(linePattern.segments.size(), 1u);
-  expectSegment(linePattern.segments[0], 0.5f, 0.5f, 5.5f, 3.0f, 3);
-  EXPECT_EQ(drawingCalls().back(), "line display 617,515-627,520 width 6 pen 0000ff");
+  ASSERT_EQ(linePattern.segments.size(), 3u);
+  expectSegment(linePattern.segments[2], 0.5f, 0.5f, 5.5f, 3.0f, 10);
+  EXPECT_EQ(drawingCalls().back(), "line display 617,515-627,520 width 20 pen 0000ff");
 }
 
 // At zoom 1 a line from 0.9 um is drawn from pixel 616 (0.9 cut to 0 um first), and tested
@@ -98,7 +95,7 @@ TEST_F(LineEditing, TheEraserTestsTheUntruncatedEndsWithinThreePixels) {
   EXPECT_EQ(drawingCalls(), (Calls{"line main 616,514-626,514 width 1 pen dcdcdc"}));
 }
 
-TEST_F(LineEditing, TheEraserFindsVerticalLinesButNeverAPointAndTakesOneLinePerClick) {
+TEST_F(LineEditing, TheEraserFindsVerticalAndWildLinesButNeverAPointAndTakesOneAClick) {
   linePattern.segments = {{0.2f, 0.0f, 0.4f, 0.0f, 3},  // both ends on pixel 616
                           {0.0f, -50.0f, 0.0f, 50.0f, 3},
                           {-50.0f, 0.0f, 50.0f, 0.0f, 6}};
@@ -109,41 +106,25 @@ TEST_F(LineEditing, TheEraserFindsVerticalLinesButNeverAPointAndTakesOneLinePerC
   EXPECT_FLOAT_EQ(linePattern.segments[1].x1, -50.0f) << "the vertical line went first";
   leftClick({616, 514});
   EXPECT_EQ(linePattern.segments.size(), 1u);
-}
 
-// A line file may hold any number: such lines are drawn and tested far off the display.
-TEST_F(LineEditing, WildCoordinatesFromAFileAreDrawnAndTestedWithoutHarm) {
+  // A line file may hold any number: such lines are drawn and tested far off the display.
   linePattern.segments = {{-3e38f, 1e30f, 3e38f, -1e30f, 3}, {0, 0, 1e12f, 0, 3}};
   drawLines(SurfaceWindow::Display);
-  startErasing();
   leftClick({620, 514});
   ASSERT_EQ(linePattern.segments.size(), 1u);
   EXPECT_EQ(linePattern.segments[0].x1, -3e38f);
 }
 
+// "Erase" shows the cross at once, before the pointer moves onto the display.
 TEST_F(LineEditing, WidthButtonsAndEraseCheckTheirRadioAndSwitchErasing) {
   dispatchCommand(IDC_LINE_ERASE);
   EXPECT_EQ(linePattern.erasing, 1);
   dispatchCommand(IDC_LINE_WIDTH_6);
   EXPECT_EQ(linePattern.erasing, 0);
-  dispatchCommand(IDC_LINE_WIDTH_1);
   dispatchCommand(IDC_LINE_WIDTH_10);
   EXPECT_EQ(linePattern.widthClass, 10);
-  EXPECT_EQ(recordedCalls(), (Calls{"radio 2105-2109: 2109", "radio 2105-2109: 2107",
-                                    "radio 2105-2109: 2105", "radio 2105-2109: 2108"}));
-}
-
-TEST_F(LineEditing, TheListStaysAsItIsWhileAnOperationRuns) {
-  linePattern.segments = {{0, 0, 10, 0, 3}};
-  writingActive = 1;
-  leftClick({316, 314});
-  EXPECT_FALSE(linePattern.drawing);
-  startErasing();
-  leftClick({620, 514});
-  dispatchCommand(IDM_DELETE_ALL_LINES);
-  recordedQueueFileChoice(L"lines.txt");
-  dispatchCommand(IDM_IMPORT_LINE_PATTERNS);
-  EXPECT_EQ(linePattern.segments.size(), 1u);
+  EXPECT_EQ(recordedCalls(), (Calls{"radio 2105-2109: 2109", "cursor cross",
+                                    "radio 2105-2109: 2107", "radio 2105-2109: 2108"}));
 }
 
 TEST_F(LineEditing, TheLinesAreRedrawnWithTheLayersOnlyWhileTheLinesBoxIsChecked) {

@@ -1,12 +1,13 @@
-// The pattern stores as the program starts them: both pictures white, every grid
-// bright, the cluster table allocated, the recorded display empty; and helpers that make
-// pictures and grids with dark rectangles.
+// The pattern stores as the program starts them: both pictures white and none picked,
+// every grid bright, the cluster table allocated, the recorded display empty; and helpers
+// that make pictures and grids with dark rectangles.
 #pragma once
 
 #include <algorithm>
 #include <cstring>
 
 #include "pattern/cluster_table.h"
+#include "pattern/mask_import.h"
 #include "pattern/pattern_stores.h"
 #include "sim/recorded_display.h"
 #include "station/view_geometry.h"
@@ -27,6 +28,8 @@ inline void resetPatternStores() {
     fillGrid(*grid, kBrightCell);
   }
   if (clusterTable == nullptr) allocateClusterTable();
+  maskPicturePath.clear();
+  alignmentMarkPicturePath.clear();
 }
 
 // Cells left <= x < right, low <= y < high of a grid with the given row stride, as far as
@@ -50,20 +53,14 @@ inline void paintPicture(ImageBuffer& picture, int left, int low, int right, int
   }
 }
 
-// A picture file of one colour per pixel (0xAARRGGBB), given top row first as a person
-// draws it.
+// A picture file of one colour per pixel (0xAARRGGBB, in memory blue, green, red, alpha),
+// given top row first as a person draws it.
 inline RecordedPicture pictureOf(int width, int height, const std::vector<uint32_t>& argbTopDown) {
   RecordedPicture picture{width, height,
                           std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
   for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const uint32_t argb = argbTopDown[static_cast<size_t>(y) * width + x];
-      uint8_t* pixel = &picture.pixels[(static_cast<size_t>(height - 1 - y) * width + x) * 4];
-      pixel[0] = argb & 0xFF;
-      pixel[1] = (argb >> 8) & 0xFF;
-      pixel[2] = (argb >> 16) & 0xFF;
-      pixel[3] = (argb >> 24) & 0xFF;
-    }
+    std::memcpy(&picture.pixels[static_cast<size_t>(height - 1 - y) * width * 4],
+                &argbTopDown[static_cast<size_t>(y) * width], static_cast<size_t>(width) * 4);
   }
   return picture;
 }

@@ -1,5 +1,5 @@
 // Point sets for grouping, made the same way by the tests and the benchmarks: random,
-// clustered, and shapes that make the plain algorithm work hardest.
+// and shapes that make the plain algorithm work hardest.
 #pragma once
 
 #include <algorithm>
@@ -21,22 +21,6 @@ inline PointSet randomPoints(int count, int side, uint32_t seed) {
   std::uniform_int_distribution<int> coordinate(0, side - 1);
   PointSet points;
   for (int i = 0; i < count; ++i) points.push_back(pointAt(coordinate(random), coordinate(random)));
-  return points;
-}
-
-// count points in blobs of the given radius around random centres of a 1000 x 1000 square.
-inline PointSet clusteredPoints(int count, int blobs, int radius, uint32_t seed) {
-  std::mt19937 random(seed);
-  std::uniform_int_distribution<int> centre(radius, 999 - radius);
-  std::uniform_int_distribution<int> offset(-radius, radius);
-  std::vector<EdgePoint> centres;
-  for (int b = 0; b < blobs; ++b) centres.push_back(pointAt(centre(random), centre(random)));
-  std::uniform_int_distribution<int> pick(0, blobs - 1);
-  PointSet points;
-  for (int i = 0; i < count; ++i) {
-    const EdgePoint c = centres[static_cast<size_t>(pick(random))];
-    points.push_back(pointAt(c.x + offset(random), c.y + offset(random)));
-  }
   return points;
 }
 
