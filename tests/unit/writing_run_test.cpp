@@ -1,13 +1,15 @@
-// The frame of a writing run, the trip to the writing place, Dx/Dy and the display's mouse.
+// The writing run, the writing place, what may start while something runs, and the
+// display's mouse, on the virtual board.
 #include <algorithm>
+#include <functional>
 
 #include "app/command_dispatch.h"
 #include "app/display_pointer.h"
+#include "app/shell_commands.h"
 #include "link/controller_commands.h"
-#include "link/stage_motion.h"
 #include "link_fixture.h"
+#include "pattern_fixture.h"
 #include "resources/resource.h"
-#include "sim/recorded_display.h"
 
 namespace {
 
@@ -18,6 +20,7 @@ class WritingRun : public LinkTest {
   void SetUp() override {
     LinkTest::SetUp();
     recordedDisplayReset();
+    openWithSpeeds(2000, 2000, 500);
   }
 
   // The stage commands (moves of the three axes) among those sent since the last clear.
@@ -34,7 +37,7 @@ class WritingRun : public LinkTest {
   }
 };
 
-TEST_F(WritingRun, WithEveryLayerOffTheRunApproachesTakesUpBacklashAndReturns) {
+TEST_F(WritingRun, WithEveryLayerOffTheRunApproachesTakesUpBacklashAndReturnsFrozen) {
   virtualSerialBoard().axes[1].machineSteps = 1600;  // Y at 1000 um
   openWithSpeeds(2000, 2000, 500);
   laser.laserShiftX = 100;
@@ -44,6 +47,12 @@ TEST_F(WritingRun, WithEveryLayerOffTheRunApproachesTakesUpBacklashAndReturns) {
   SwitchIllumination(1);
   virtualSerialClearWritten();
   recordedFeedbackReset();
+  bool timerDrew = true;
+  recordedScriptAction(virtualClockNow() + 200, [&] {
+    const size_t drawn = recordedDisplayCalls().size();
+    onMainTimer(1);
+    timerDrew = recordedDisplayCalls().size() != drawn;
+  });
 
   dispatchCommand(IDC_START_WRITING);
 
@@ -53,20 +62,18 @@ TEST_F(WritingRun, WithEveryLayerOffTheRunApproachesTakesUpBacklashAndReturns) {
   const std::vector<std::string> sent = sentCommands();
   EXPECT_LT(indexOf(sent, "D 7 0"), indexOf(sent, "m640")) << "lamp off before moving";
   EXPECT_LT(indexOf(sent, "D 6 0"), indexOf(sent, "m640")) << "laser off before moving";
-  EXPECT_EQ(boardPin(virtualSerialBoard(), kBoardLaserPin), 0);
   const std::vector<std::string>& calls = recordedCalls();
-  const size_t stopText = indexOf(calls, "button 2202: Stop");
-  ASSERT_LT(stopText, calls.size());
-  EXPECT_LT(stopText, indexOf(calls, "box Progress: All Writings finished"));
+  EXPECT_LT(indexOf(calls, "button 2202: Stop"),
+            indexOf(calls, "box Progress: All Writings finished"));
   EXPECT_LT(indexOf(calls, "box Progress: All Writings finished"),
             indexOf(calls, "button 2202: Start Writing"));
   EXPECT_TRUE(std::filesystem::exists(dataPaths.runFolder / "writing_condition(0).txt"));
-  EXPECT_EQ(writingActive, 0);
-  EXPECT_EQ(station.moveBusy, 0);
+  EXPECT_FALSE(timerDrew) << "the live view stays frozen while writing";
+  EXPECT_EQ(writingActive + station.moveBusy, 0);
 }
 
+// The run counts as writing from its first step: a click during the approach asks.
 TEST_F(WritingRun, AStopDuringTheApproachSkipsTheWritingButNotTheReturn) {
-  openWithSpeeds(2000, 2000, 500);
   laser.laserShiftX = 1000;
   recordedScriptClick(virtualClockNow() + 100, QueuedTarget::DisplayWindow);
   recordedQueueAnswer(Answer::Yes);
@@ -74,31 +81,85 @@ TEST_F(WritingRun, AStopDuringTheApproachSkipsTheWritingButNotTheReturn) {
 
   dispatchCommand(IDC_START_WRITING);
 
+  EXPECT_TRUE(hasLine("question Warning: Do you want to stop writing, now ?"));
   EXPECT_EQ(station.stopRequested, 1);
   // The approach ends with its backlash steps; then the stage goes straight back.
   EXPECT_THAT(moves(), ElementsAre("m6400", "M0", "L-3", "L0", "L-3", "L0", "m0", "M0"));
   EXPECT_EQ(writingActive, 0);
 }
 
-TEST_F(WritingRun, GoToWritingGoesToTheOffsetPlaceLiftedAndBackOnTheSecondPress) {
-  openWithSpeeds(2000, 2000, 500);
+// The question darkens the laser at once. "No" brings the voltage back and the line goes
+// on; "Yes" lets the stroke under way run to its end dark, and only then does the stage
+// go back, from where the position model says it is.
+TEST_F(WritingRun, AStopDuringALineLetsItsStrokeFinishDarkBeforeTheReturn) {
+  maskImage.valid = alignmentMarkImage.valid = 0;
+  station.line1Speed = 50;
+  linePattern.segments = {{0, 0, 400, 0, 1}};  // 8 s along X
+  VirtualBoard& board = virtualSerialBoard();
+  for (Answer answer : {Answer::No, Answer::Yes}) {
+    board.exposure.clear();
+    virtualSerialClearWritten();
+    recordedScriptClick(virtualClockNow() + 4000, QueuedTarget::DisplayWindow);
+    recordedQueueAnswer(answer);
+    dispatchCommand(IDC_START_WRITING);
+    std::vector<std::string> voltages;
+    for (const std::string& c : sentCommands())
+      if (c.rfind("G 5 ", 0) == 0) voltages.push_back(c);
+    ASSERT_FALSE(board.exposure.empty());
+    const double litUntilUm = board.exposure.back().x1Um;
+    if (answer == Answer::No) {
+      EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0", "G 5 66", "G 5 0"));
+      EXPECT_NEAR(litUntilUm, 400.0, 2.0);
+    } else {
+      EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0"));
+      EXPECT_NEAR(litUntilUm, 196.0, 2.0) << "dark from the click on";
+      const BoardAxis& x = board.axes[0];
+      // Within the 2 um in which the move counts as arrived.
+      EXPECT_NEAR(x.fromSteps / x.stepsPerUm, 400.0, 2.0) << "the return starts at the line's end";
+      EXPECT_EQ(station.stopRequested, 1);
+    }
+  }
+}
+
+// The run shows the whole writing area before it prepares the pattern.
+TEST_F(WritingRun, TheOperatorsZoomDoesNotChangeWhatIsWritten) {
+  resetPatternStores();
+  linesEnabled = 0;
+  paintPicture(maskImage, 500, 500, 504, 502, 0);
+  std::vector<std::string> written[2];
+  for (std::vector<std::string>& strokes : written) {
+    virtualSerialClearWritten();
+    dispatchCommand(IDC_START_WRITING);
+    strokes = moves();
+    virtualClockAdvance(1000);  // the board ends the return
+    dispatchCommand(IDC_ZOOM_IN);
+  }
+  EXPECT_GT(written[0].size(), 10u);
+  EXPECT_EQ(written[0], written[1]);
+}
+
+// From the writing place the run takes Dx and Dy anew and ends the place's mode.
+TEST_F(WritingRun, GoToWritingGoesToTheOffsetPlaceLiftedAndBackAndARunEndsItsMode) {
   laser.laserShiftX = 100;
   station.offsetX = 20;
   station.zLiftUm = 10;
+  maskImage.valid = alignmentMarkImage.valid = linesEnabled = 0;
   virtualSerialClearWritten();
-
   dispatchCommand(IDC_GO_TO_WRITING);
   EXPECT_THAT(moves(), ElementsAre("m768", "M0", "L16", "L12", "L16", "L12", "L16"));
   EXPECT_TRUE(hasLine("button 2205: Cancel writing"));
-
   virtualSerialClearWritten();
   dispatchCommand(IDC_GO_TO_WRITING);
   EXPECT_THAT(moves(), ElementsAre("m0", "M0", "L0"));
+
+  dispatchCommand(IDC_GO_TO_WRITING);
+  recordedSetBoxText(Box::Dx, "-20");
+  dispatchCommand(IDC_START_WRITING);
+  EXPECT_DOUBLE_EQ(station.offsetX, -20.0);
   EXPECT_EQ(station.offsetMode, 0);
 }
 
 TEST_F(WritingRun, DxIsClampedTo300AndMovesXByItOrToTheOffsetPlace) {
-  openWithSpeeds(2000, 2000, 500);
   recordedSetBoxText(Box::Dx, "1000");
   dispatchCommand(IDC_APPLY_DX);
   EXPECT_DOUBLE_EQ(station.offsetX, 300.0);
@@ -115,81 +176,78 @@ TEST_F(WritingRun, DxIsClampedTo300AndMovesXByItOrToTheOffsetPlace) {
   EXPECT_THAT(moves(), ElementsAre("m1920", "M44"));  // (0 + 300, 40 - 12.5) um, absolute
 }
 
-TEST_F(WritingRun, NothingElseStartsWhileARunMoves) {
-  openWithSpeeds(2000, 2000, 500);
-  station.moveBusy = 1;  // as the run leaves it while its stage moves
-  virtualSerialClearWritten();
-  const int blocked[] = {IDC_START_WRITING, IDC_GO_TO_WRITING, IDC_MOVE_X,    IDC_LASER_ON,
-                         IDC_BLINK,         IDC_ZOOM_IN,       IDC_MASK_LAYER};
-  const double zoom = station.zoom;
-  for (int id : blocked) dispatchCommand(id);
-  onMainKeyDown(0x25);  // Left arrow jog
-  onDisplayWheel(120);
-  EXPECT_TRUE(sentCommands().empty());
-  EXPECT_EQ(laser.laserOn, 0);
-  EXPECT_EQ(station.zoom, zoom);
-  EXPECT_EQ(maskImage.valid, 1);
-  // Switching the laser off always works.
-  dispatchCommand(IDC_LASER_OFF);
-  EXPECT_THAT(sentCommands(), ElementsAre("D 6 0"));
-}
-
-TEST_F(WritingRun, TheFirstXMoveAfterOpeningGoesOut) {
-  openWithSpeeds(2000, 2000, 500);
-  recordedSetBoxText(Box::PositionX, "250");
-  dispatchCommand(IDC_MOVE_X);
-  EXPECT_THAT(moves(), ElementsAre("m1600"));
-  EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 0, virtualClockNow()), 250.0, 0.5);
-}
-
-TEST_F(WritingRun, AClickOnTheDisplayDuringAMoveStopsTheMotorsAndEndsTheWait) {
+// A command chosen during another's wait is ignored when it would move or expose; the
+// laser off, the lamp and saving the picture act, also during a run.
+TEST_F(WritingRun, NothingThatMovesOrExposesStartsInsideAnother) {
   openWithSpeeds(100, 100, 100);
-  // A board that says nothing more: only the click can end this wait before its time-out.
-  virtualSerialBoard().faults.silent = true;
-  const uint64_t startMs = virtualClockNow();
-  recordedScriptClick(startMs + 500, QueuedTarget::DisplayWindow);
-  MoveAxisAndWait(serialLink, 1, 1000.0);  // ten seconds at 100 um/s
+  recordedSetBoxText(Box::PositionX, "250");  // 2.5 s at 100 um/s
+  recordedSetBoxText(Box::Blink, "500");
+  const std::function<void()> operations[] = {
+      [] { dispatchCommand(IDC_MOVE_X); }, [] { onMainKeyDown(0x26); },  // Up: Y by 500 um
+      [] { dispatchCommand(IDC_BLINK); }, [] { dispatchCommand(IDC_CAMERA_CAPTURE); }};
+  for (const std::function<void()>& operation : operations) {
+    recordedScriptAction(virtualClockNow() + 50, [] {
+      for (int id : {IDC_START_WRITING, IDC_MOUNT, IDC_LASER_ON, IDC_LASER_OFF})
+        dispatchCommand(id);
+      onMainKeyDown(0x25);
+    });
+    operation();
+  }
+  EXPECT_THAT(moves(), ElementsAre("m1600", "M800"));
+  EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 0, virtualClockNow()), 250.0, 0.5);
+  EXPECT_FALSE(hasLine("button 2202: Stop"));
   const std::vector<std::string> sent = sentCommands();
-  EXPECT_THAT(std::vector<std::string>(sent.end() - 3, sent.end()), ElementsAre("n", "N", "O"))
-      << "the stop letters are the last commands: nothing is sent after them";
-  EXPECT_LT(virtualClockNow() - startMs, 1000u);
-}
+  EXPECT_LT(indexOf(sent, "D 6 0"), indexOf(sent, "M800")) << "the laser off acts in the X move";
 
-TEST_F(WritingRun, MoveXYWaitsUntilTheStageIsThere) {
-  openWithSpeeds(2000, 2000, 500);
-  const uint64_t startMs = virtualClockNow();
-  MoveXY(0.0, 1000.0, 500);  // two seconds of travel
-  EXPECT_GE(virtualClockNow() - startMs, 1900u);
-  // The nominal travel time leaves the board's ramps a few micrometres to go.
-  EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 1, virtualClockNow()), 1000.0, 10.0);
-}
-
-TEST_F(WritingRun, TheLaserIsDarkWhileTheStopQuestionIsOpenAndRestoredOnNo) {
-  openWithSpeeds(2000, 2000, 500);
-  SwitchLaser(laser, 1);  // 2.3 V
-  writingActive = 1;
+  maskImage.valid = alignmentMarkImage.valid = 0;
+  recordedScriptAction(virtualClockNow() + 100, [] {
+    for (int id : {IDM_SAVE_IMAGE, IDC_ILLUMINATION_ON, IDC_BLINK, IDC_GO_TO_WRITING})
+      dispatchCommand(id);
+  });
   virtualSerialClearWritten();
-  recordedScriptClick(virtualClockNow() + 20, QueuedTarget::MainWindow);
-  recordedQueueAnswer(Answer::No);
-  EXPECT_EQ(waitResponsive(100), 1);
-  EXPECT_THAT(sentCommands(), ElementsAre("G 5 0", "G 5 117"));
+  dispatchCommand(IDC_START_WRITING);
+  const auto pictures = std::filesystem::directory_iterator(dataPaths.runFolder);
+  EXPECT_EQ(std::count_if(begin(pictures), end(pictures),
+                          [](const auto& f) { return f.path().filename().string()[0] == 'o'; }),
+            2)
+      << "the run's picture and the one saved during it";
+  EXPECT_TRUE(hasLine("D 7 5", sentCommands()));
+  EXPECT_FALSE(hasLine("D 6 5", sentCommands()));
+  EXPECT_FALSE(hasLine("button 2205: Cancel writing"));
 }
 
-TEST_F(WritingRun, ARightClickWithTheLaserOnSetsTheSpotCountedUpFromTheBottom) {
+// A click on the display stops the board; the stop it leaves does not end the next run.
+TEST_F(WritingRun, AClickOnTheDisplayStopsAMoveAndTheNextRunStartsAfresh) {
+  openWithSpeeds(100, 100, 100);
+  recordedSetBoxText(Box::PositionX, "1000");  // ten seconds at 100 um/s
+  recordedScriptClick(virtualClockNow() + 500, QueuedTarget::DisplayWindow);
+  const uint64_t startMs = virtualClockNow();
+  dispatchCommand(IDC_MOVE_X);
+  EXPECT_LT(virtualClockNow() - startMs, 1000u);
+  const std::vector<std::string> sent = sentCommands(), stopLetters = {"n", "N", "O"};
+  EXPECT_NE(std::search(sent.begin(), sent.end(), stopLetters.begin(), stopLetters.end()),
+            sent.end());
+  EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 0, virtualClockNow()), 50.0, 5.0);
+  ASSERT_EQ(station.stopRequested, 1);
+
+  maskImage.valid = alignmentMarkImage.valid = 0;
+  linePattern.segments = {{0, 0, 10, 0, 1}};
+  dispatchCommand(IDC_START_WRITING);
+  EXPECT_FALSE(virtualSerialBoard().exposure.empty());
+}
+
+TEST_F(WritingRun, ARightClickWithTheLaserOnSetsTheSpotAndTheWheelZoomsOneStep) {
   laser.laserOn = 1;
   recordedQueueAnswer(Answer::Yes);
-  onDisplayRightButtonDown(0, 1027);
+  onDisplayRightButtonDown(0, 1027);  // counted up from the bottom
   EXPECT_EQ(recordedCalls().back(),
             "question Position: (0,1): Do you want to set the laser beam spot here?");
   EXPECT_EQ(laser.laserShiftY, 1);
   EXPECT_TRUE(hasLine("ellipse -2,1025,2,1029 pen ff0000", recordedDisplayCalls()));
-
   recordedQueueAnswer(Answer::No);
   onDisplayRightButtonDown(600, 28);
   EXPECT_EQ(laser.laserShiftY, 1);
-}
 
-TEST_F(WritingRun, TheWheelZoomsOneStepEachWayAndStopsAtTheClamp) {
   station.zoom = 1.0;
   onDisplayWheel(-120);
   EXPECT_DOUBLE_EQ(station.zoom, 0.75);
