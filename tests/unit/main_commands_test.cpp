@@ -1,30 +1,18 @@
-// The main window's own commands as the operator meets them: the live view switch, the
-// "Blink" button and its box, the check boxes and the menu entries that do nothing.
+// The main window's own commands: the live view switch, "Blink" and its box, the check
+// boxes and the menu entries that do nothing.
 #include "app/command_dispatch.h"
 #include "app/live_view_control.h"
-#include "app/shell_commands.h"
 #include "resources/resource.h"
 #include "station_fixture.h"
 
-namespace {
-
+using MainCommands = StationTest;
 using Calls = std::vector<std::string>;
-
-class MainCommands : public StationTest {
- protected:
-  void SetUp() override {
-    StationTest::SetUp();
-    blinkMs = 500;
-    centerWritingOnly = 0;
-    setLiveView(0);
-    setLiveView(0);  // remembered state off as well
-    recordedFeedbackReset();
-  }
-};
 
 // Mode 2 brings back the state before the last switch (as around a dialog); mode 7 shows
 // one frame without touching the timer. Closing the window stops the live view and waits.
 TEST_F(MainCommands, VideoOnAndOffRestoreAndClosing) {
+  setLiveView(0);
+  recordedFeedbackReset();
   dispatchCommand(IDC_VIDEO_ON);
   EXPECT_EQ(recordedCalls(), (Calls{"radio 2112-2113: 2112", "timer 1: 200 ms", "focus main"}));
   recordedFeedbackReset();
@@ -44,13 +32,13 @@ TEST_F(MainCommands, VideoOnAndOffRestoreAndClosing) {
 TEST_F(MainCommands, BlinkLightsTheLaserForTheBoxsTimeOrUntilAStop) {
   const std::pair<const char*, uint64_t> typed[] = {{"0", 1}, {"99999", 5000}, {"abc", 5000}};
   for (const auto& [text, ms] : typed) {
+    recordedFeedbackReset();
     recordedSetBoxText(Box::Blink, text);
     const uint64_t startMs = virtualClockNow();
     dispatchCommand(IDC_BLINK);
     EXPECT_EQ(recordedBoxText(Box::Blink), std::to_string(ms));
     EXPECT_NEAR(virtualClockNow() - startMs, ms + 10, 10) << text;
     EXPECT_EQ(linesAfter("radio 3000-3001: ", recordedCalls()), (Calls{"3000", "3001"}));
-    recordedFeedbackReset();
   }
   for (auto stop : {+[](uint64_t at) { recordedScriptClick(at, QueuedTarget::DisplayWindow); },
                     +[](uint64_t at) { recordedScriptQuit(at); }}) {
@@ -62,8 +50,7 @@ TEST_F(MainCommands, BlinkLightsTheLaserForTheBoxsTimeOrUntilAStop) {
   }
 }
 
-// The layer boxes toggle their flags (their first states are the window's, checked); the
-// menu's "Stop" and "Start Vector Writing" and unknown ids do nothing.
+// The menu's "Stop" and "Start Vector Writing" and unknown ids do nothing.
 TEST_F(MainCommands, TheLayerBoxesToggleAndTheMenuEntriesThatDoNothingDoNothing) {
   for (int id : {IDC_MASK_LAYER, IDC_MASK_LAYER, IDC_LINES_LAYER, IDC_MARK_LAYER,
                  IDC_CENTER_WRITING_ONLY, IDM_STOP, IDM_START_VECTOR_WRITING, 31999})
@@ -72,5 +59,3 @@ TEST_F(MainCommands, TheLayerBoxesToggleAndTheMenuEntriesThatDoNothingDoNothing)
                                     "check 2203: 0", "check 2121: 1"}));
   EXPECT_EQ(maskImage.valid + linesEnabled + alignmentMarkImage.valid + centerWritingOnly, 2);
 }
-
-}  // namespace

@@ -1,5 +1,5 @@
 // A fresh station for each test: default records, an empty temporary desktop, the
-// virtual clock at a known time and a recorder with no calls.
+// virtual clock at a known time and recorders with no calls.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,11 +14,14 @@
 
 #include "app/data_paths.h"
 #include "app/responsive_wait.h"
+#include "app/shell_commands.h"
 #include "app/station.h"
 #include "app/writing_condition.h"
 #include "link/serial_link.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_stores.h"
+#include "sim/recorded_dialog.h"
+#include "sim/recorded_display.h"
 #include "sim/recorded_feedback.h"
 #include "sim/virtual_clock.h"
 #include "sim/virtual_serial.h"
@@ -49,6 +52,8 @@ class StationTest : public ::testing::Test {
     virtualClockReset();
     virtualClockSetLocalTime({2024, 3, 17, 14, 5, 0});
     recordedFeedbackReset();
+    recordedDisplayReset();
+    recordedDialogReset();
     station = StationParameters();
     laser = LaserOutput();
     serialLink = SerialLink();
@@ -56,6 +61,8 @@ class StationTest : public ::testing::Test {
     dataPaths = DataPaths();
     writingActive = 0;
     writingConditionCounter = 0;
+    blinkMs = 500;
+    centerWritingOnly = 0;
     cellGrid.cellSize = 5;
     // The layers as the program starts: both pictures and the lines take part.
     maskImage.valid = alignmentMarkImage.valid = 1;

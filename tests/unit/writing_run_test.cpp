@@ -9,9 +9,6 @@
 #include "link_fixture.h"
 #include "pattern_fixture.h"
 #include "resources/resource.h"
-#include "sim/recorded_dialog.h"
-
-namespace {
 
 using ::testing::ElementsAre;
 using Lines = std::vector<std::string>;
@@ -20,12 +17,9 @@ class WritingRun : public LinkTest {
  protected:
   void SetUp() override {
     LinkTest::SetUp();
-    recordedDisplayReset();
-    recordedDialogReset();
     openWithSpeeds(2000, 2000, 500);
   }
-  // The stage commands (moves of the three axes) among those sent since the last clear.
-  static Lines moves() {
+  static Lines moves() {  // of the three axes, since the last clear
     Lines sent = sentCommands();
     std::erase_if(sent, [](const std::string& c) { return c.find_first_of("mML") != 0; });
     return sent;
@@ -35,94 +29,58 @@ class WritingRun : public LinkTest {
   }
 };
 
-// Darkened before anything moves; the live view stays frozen while it writes.
-TEST_F(WritingRun, WithEveryLayerOffTheRunApproachesTakesUpBacklashAndReturns) {
-  virtualSerialBoard().axes[1].machineSteps = 1600;  // Y at 1000 um
-  openWithSpeeds(2000, 2000, 500);
-  laser.laserShiftX = 100;
+// A run darkens the station, approaches the laser's place (Z to the focus plus the laser's
+// Z, down-up twice), writes and goes back. It counts as writing from its first step: the
+// live view stays frozen and a click asks; "Yes" in the approach skips the writing, not the
+// return. In a line the question darkens the laser: "No" brings the voltage back and the
+// line goes on; "Yes" lets the stroke under way finish dark before the stage goes back.
+TEST_F(WritingRun, TheRunFromItsApproachToItsReturnAndItsStops) {
+  maskImage.valid = alignmentMarkImage.valid = 0;
+  laser.laserShiftX = 1000;  // 1.7 s of approach at 600 um/s
   laser.laserShiftY = 50;
   laser.laserShiftZ = 10;
-  maskImage.valid = alignmentMarkImage.valid = linesEnabled = 0;  // the operator unchecked them
-  SwitchIllumination(1);
-  virtualSerialClearWritten();
-  recordedFeedbackReset();
-  size_t drawnByTheTimer = 1;
-  recordedScriptAction(virtualClockNow() + 200, [&] {
-    drawnByTheTimer = recordedDisplayCalls().size();
-    onMainTimer(1);
-    drawnByTheTimer = recordedDisplayCalls().size() - drawnByTheTimer;
-  });
-  dispatchCommand(IDC_START_WRITING);
-  // To the writing place, Z to the focus plus the laser's Z, down-up twice, and back.
-  EXPECT_THAT(moves(),
-              ElementsAre("m640", "M1680", "L16", "L12", "L16", "L12", "L16", "L0", "m0", "M1600"));
-  const Lines sent = sentCommands(), &calls = recordedCalls();
-  EXPECT_LT(std::max(indexOf(sent, "D 7 0"), indexOf(sent, "D 6 0")), indexOf(sent, "m640"));
-  EXPECT_LT(indexOf(calls, "button 2202: Stop"),
-            indexOf(calls, "box Progress: All Writings finished"));
-  EXPECT_LT(indexOf(calls, "box Progress: All Writings finished"),
-            indexOf(calls, "button 2202: Start Writing"));
-  EXPECT_TRUE(std::filesystem::exists(dataPaths.runFolder / "writing_condition(0).txt"));
-  EXPECT_EQ(drawnByTheTimer, 0u);
-  EXPECT_EQ(writingActive + station.moveBusy, 0);
-}
-
-// The question darkens the laser at once. "No" brings the voltage back and the line goes
-// on; "Yes" lets the stroke under way run to its end dark, and only then does the stage
-// go back, from where the position model says it is.
-TEST_F(WritingRun, AStopDuringALineLetsItsStrokeFinishDarkBeforeTheReturn) {
-  maskImage.valid = alignmentMarkImage.valid = 0;
   station.line1Speed = 50;
-  linePattern.segments = {{0, 0, 400, 0, 1}};  // 8 s along X
+  linePattern.segments = {{0, 0, 400, 0, 1}};  // 8 s along X from 1000 um
   VirtualBoard& board = virtualSerialBoard();
-  for (Answer answer : {Answer::No, Answer::Yes}) {
+  int timerTicks = 0, timerDrawings = 0;
+  const auto timerTick = [&] {
+    const size_t drawn = recordedDisplayCalls().size();
+    onMainTimer(1);
+    timerDrawings += static_cast<int>(recordedDisplayCalls().size() - drawn);
+    ++timerTicks;
+  };
+  for (auto [clickAfterMs, answer] :
+       {std::pair{500, Answer::Yes}, {5800, Answer::No}, {5800, Answer::Yes}}) {
     board.exposure.clear();
     virtualSerialClearWritten();
-    recordedScriptClick(virtualClockNow() + 4000, QueuedTarget::DisplayWindow);
-    recordedQueueAnswer(answer);
-    dispatchCommand(IDC_START_WRITING);
-    Lines voltages = sentCommands();
-    std::erase_if(voltages, [](const std::string& c) { return c.rfind("G 5 ", 0) != 0; });
-    ASSERT_FALSE(board.exposure.empty());
-    const double litUntilUm = board.exposure.back().x1Um;
-    if (answer == Answer::No) {
-      EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0", "G 5 66", "G 5 0"));
-      EXPECT_NEAR(litUntilUm, 400.0, 2.0);
-      continue;
-    }
-    EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0"));
-    EXPECT_NEAR(litUntilUm, 196.0, 2.0) << "dark from the click on";
-    // Within the 2 um in which the move counts as arrived.
-    EXPECT_NEAR(board.axes[0].fromSteps / 6.4, 400.0, 2.0) << "the return starts at the end";
-  }
-}
-
-// A click on the display stops a move on the board. The stop it leaves does not end the
-// next run; a run counts as writing from its first step, so a click during its approach
-// asks, and "Yes" skips the writing but not the return.
-TEST_F(WritingRun, AStopLeftFromAnEarlierClickIsClearedAndOneDuringTheApproachSkipsTheWriting) {
-  openWithSpeeds(100, 100, 100);
-  recordedSetBoxText(Box::PositionX, "1000");  // ten seconds at 100 um/s
-  recordedScriptClick(virtualClockNow() + 500, QueuedTarget::DisplayWindow);
-  dispatchCommand(IDC_MOVE_X);
-  VirtualBoard& board = virtualSerialBoard();
-  const double stoppedAtUm = boardAxisUm(board, 0, virtualClockNow());
-  EXPECT_NEAR(stoppedAtUm, 50.0, 5.0);
-  EXPECT_EQ(station.stopRequested, 1);
-
-  maskImage.valid = alignmentMarkImage.valid = 0;
-  linePattern.segments = {{0, 0, 10, 0, 1}};
-  laser.laserShiftX = 1000;  // 1.7 s of approach
-  for (Answer answer : {Answer::No, Answer::Yes}) {
-    board.exposure.clear();
     recordedFeedbackReset();
-    recordedScriptClick(virtualClockNow() + 500, QueuedTarget::DisplayWindow);
+    recordedScriptAction(virtualClockNow() + 200, timerTick);
+    recordedScriptClick(virtualClockNow() + clickAfterMs, QueuedTarget::DisplayWindow);
     recordedQueueAnswer(answer);
     dispatchCommand(IDC_START_WRITING);
     EXPECT_TRUE(hasLine("question Warning: Do you want to stop writing, now ?"));
-    EXPECT_EQ(board.exposure.empty(), answer == Answer::Yes);
-    EXPECT_DOUBLE_EQ(serialLink.positionUm[0], stoppedAtUm) << "back at the start";
+    const Lines sent = sentCommands(), &calls = recordedCalls();
+    Lines voltages = sent;
+    std::erase_if(voltages, [](const std::string& c) { return c.rfind("G 5 ", 0) != 0; });
+    const double litUntilUm = board.exposure.empty() ? 0.0 : board.exposure.back().x1Um;
+    if (clickAfterMs == 500) {
+      EXPECT_THAT(moves(),
+                  ElementsAre("m6400", "M80", "L16", "L12", "L16", "L12", "L16", "L0", "m0", "M0"));
+      EXPECT_LT(std::max(indexOf(sent, "D 7 0"), indexOf(sent, "D 6 0")), indexOf(sent, "m6400"));
+      EXPECT_LT(indexOf(calls, "button 2202: Stop"), indexOf(calls, "button 2202: Start Writing"));
+      EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
+      EXPECT_EQ(litUntilUm, 0.0);
+    } else if (answer == Answer::No) {
+      EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0", "G 5 66", "G 5 0"));
+      EXPECT_NEAR(litUntilUm, 1400.0, 2.0);
+    } else {
+      EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0"));
+      EXPECT_NEAR(litUntilUm, 1200.0, 5.0) << "dark from the click on";
+      EXPECT_NEAR(board.axes[0].fromSteps / 6.4, 1400.0, 2.0) << "the return starts at the end";
+    }
   }
+  EXPECT_EQ(timerTicks, 3);
+  EXPECT_EQ(timerDrawings, 0);
 }
 
 // The run shows the whole writing area before it prepares the pattern.
@@ -142,9 +100,8 @@ TEST_F(WritingRun, TheOperatorsZoomDoesNotChangeWhatIsWritten) {
   EXPECT_EQ(written[0], written[1]);
 }
 
-// Dx and Dy (clamped to 300 um) move by themselves, or to the writing place: the laser's
-// place plus the offsets, reached lifted by "Go to Writing" and left by its second press or
-// by a run, which takes the offsets anew.
+// Dx and Dy (to +-300 um) move by themselves, or to the writing place (the laser's place
+// plus them), which "Go to Writing" reaches lifted and leaves, as does a run from there.
 TEST_F(WritingRun, GoToWritingAndTheOffsets) {
   laser.laserShiftX = 100;
   station.zLiftUm = 10;
@@ -152,10 +109,9 @@ TEST_F(WritingRun, GoToWritingAndTheOffsets) {
   recordedSetBoxText(Box::Dx, "1000");
   dispatchCommand(IDC_APPLY_DX);
   EXPECT_THAT(moves(), ElementsAre("m1920"));
-  EXPECT_EQ(boardPin(virtualSerialBoard(), kBoardLampPin), 0) << "lit for the snapshot only";
   virtualSerialClearWritten();
   dispatchCommand(IDC_GO_TO_WRITING);
-  // Z lifted from the focus height, which is taken from the X reading (300 um).
+  // Z lifted from the focus height, the X reading of 300 um.
   EXPECT_THAT(moves(), ElementsAre("m2560", "M0", "L496", "L492", "L496", "L492", "L496"));
   EXPECT_TRUE(hasLine("button 2205: Cancel writing"));
   virtualSerialClearWritten();
@@ -171,15 +127,15 @@ TEST_F(WritingRun, GoToWritingAndTheOffsets) {
   EXPECT_EQ(station.offsetMode, 0);
 }
 
-// A command chosen during another's wait is ignored when it would move or expose; the
-// laser off, the lamp and saving the picture act, also during a run.
+// A command chosen in another's wait is ignored when it would move or expose; the laser
+// off, the lamp and saving act, also in a run. A stop left by a click does not end a run.
 TEST_F(WritingRun, NothingThatMovesOrExposesStartsInsideAnother) {
   openWithSpeeds(100, 100, 100);
   recordedSetBoxText(Box::PositionX, "250");  // 2.5 s at 100 um/s
   recordedSetBoxText(Box::Blink, "500");
-  const std::function<void()> operations[] = {
-      [] { dispatchCommand(IDC_MOVE_X); }, [] { onMainKeyDown(0x26); },  // Up: Y by 500 um
-      [] { dispatchCommand(IDC_BLINK); }, [] { dispatchCommand(IDC_CAMERA_CAPTURE); }};
+  const std::function<void()> operations[] = {[] { dispatchCommand(IDC_MOVE_X); },
+                                              [] { onMainKeyDown(0x26); },  // Up: Y by 500 um
+                                              [] { dispatchCommand(IDC_BLINK); }};
   for (const std::function<void()>& operation : operations) {
     recordedScriptAction(virtualClockNow() + 50, [] {
       for (int id : {IDC_START_WRITING, IDC_MOUNT, IDC_LASER_ON, IDC_LASER_OFF})
@@ -194,7 +150,12 @@ TEST_F(WritingRun, NothingThatMovesOrExposesStartsInsideAnother) {
   const Lines sent = sentCommands();
   EXPECT_LT(indexOf(sent, "D 6 0"), indexOf(sent, "M800")) << "the laser off acts in the X move";
 
+  recordedScriptClick(virtualClockNow() + 100, QueuedTarget::DisplayWindow);
+  onMainKeyDown(0x26);
+  EXPECT_TRUE(hasLine("O", sentCommands())) << "the motors' stop letters";
+
   maskImage.valid = alignmentMarkImage.valid = 0;
+  linePattern.segments = {{0, 0, 10, 0, 1}};
   recordedScriptAction(virtualClockNow() + 100, [] {
     for (int id : {IDM_SAVE_IMAGE, IDC_ILLUMINATION_ON, IDC_BLINK, IDC_GO_TO_WRITING,
                    IDM_WRITING_CONFIGURATION})
@@ -202,11 +163,8 @@ TEST_F(WritingRun, NothingThatMovesOrExposesStartsInsideAnother) {
   });
   virtualSerialClearWritten();
   dispatchCommand(IDC_START_WRITING);
-  const auto files = std::filesystem::directory_iterator(dataPaths.runFolder);
-  EXPECT_EQ(std::count_if(begin(files), end(files),
-                          [](const auto& f) { return f.path().filename().string()[0] == 'o'; }),
-            2)
-      << "the run's picture and the one saved during it";
+  EXPECT_FALSE(virtualSerialBoard().exposure.empty()) << "the click's stop is not this run's";
+  EXPECT_EQ(linesAfter("save optic", recordedDisplayCalls()).size(), 2u);
   EXPECT_TRUE(hasLine("D 7 5", sentCommands()));
   EXPECT_FALSE(hasLine("D 6 5", sentCommands()));
   EXPECT_FALSE(hasLine("button 2205: Cancel writing"));
@@ -230,5 +188,3 @@ TEST_F(WritingRun, ARightClickWithTheLaserOnSetsTheSpotAndTheWheelZoomsOneStep) 
   onDisplayWheel(120);
   EXPECT_DOUBLE_EQ(station.zoom, 1.0);
 }
-
-}  // namespace
