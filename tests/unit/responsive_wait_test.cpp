@@ -22,11 +22,9 @@ TEST_F(ResponsiveWait, TheStopQuestionDecidesTheClick) {
   EXPECT_EQ(waitResponsive(1000), kWaitStopConfirmed);
   EXPECT_EQ(station.stopRequested, 1);
   EXPECT_EQ(recordedCalls().back(), "question Warning: Do you want to stop writing, now ?");
-  EXPECT_LT(virtualClockNow(), 1'000'100u);
   station.stopRequested = 0;
   recordedScriptClick(virtualClockNow() + 50, QueuedTarget::DisplayWindow);
   EXPECT_EQ(waitResponsive(200), kWaitTimeUp);
-  EXPECT_EQ(station.stopRequested, 0);
   EXPECT_EQ(recordedDispatchedClicks(), 1);
 
   writingActive = 0;

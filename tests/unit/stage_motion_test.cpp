@@ -64,14 +64,21 @@ TEST_F(StageMotionTest, MoveXYMatchesTheAxisSpeedsAndWaitsUntilTheStageIsThere) 
   EXPECT_LT(virtualClockNow() - startMs, 300u);
 }
 
-// Keys step 500 um in X and Y, 100 um in Z. A press on a pad rectangle's edge starts
-// nothing; a held one steps until the button is let go.
-TEST_F(StageMotionTest, JogKeysStepOnceAndAHeldJogPadUntilTheButtonIsLetGo) {
-  openWithSpeeds(1000, 1000, 100);
+// Keys step 500 um in X and Y, 100 um in Z; a press on a pad rectangle's edge starts
+// nothing, a held one steps until the button is let go. The position boxes are clamped to
+// the travel; "Wafer" and "Mount" pressed twice move Z once.
+TEST_F(StageMotionTest, JogKeysThePadThePositionBoxesAndMountAndWafer) {
+  openWithSpeeds(5000, 1000, 1000);
   for (int key : {0x25, 0x21, 0x24}) onMainKeyDown(key);  // Left, Page Up, Home
-  EXPECT_THAT(sentWithoutQueries(), ElementsAre("m-3200", "L160"));
+  for (int id : {IDC_WAFER, IDC_WAFER, IDC_MOUNT, IDC_MOUNT}) dispatchCommand(id);
+  recordedSetBoxText(Box::PositionZ, "up");
+  dispatchCommand(IDC_MOVE_Z);
+  EXPECT_THAT(sentWithoutQueries(), ElementsAre("m-3200", "L160", "L-928", "L160"));
+  recordedSetBoxText(Box::PositionX, "30000");
+  dispatchCommand(IDC_MOVE_X);
+  EXPECT_EQ(sentWithoutQueries().back(), "m160000");
   virtualSerialClearWritten();
-  const IntRect& r = jogPad.rects[1];  // +X
+  const IntRect& r = jogPad.rects[0];  // -X
   const int midX = (r.left + r.right) / 2, midY = (r.top + r.bottom) / 2;
   onMainLeftButtonDown(r.left, midY);
   onMainLeftButtonDown(midX, r.bottom);
@@ -81,16 +88,4 @@ TEST_F(StageMotionTest, JogKeysStepOnceAndAHeldJogPadUntilTheButtonIsLetGo) {
   onMainLeftButtonDown(midX, midY);
   EXPECT_GE(sentWithoutQueries().size(), 3u);
   EXPECT_LT(virtualClockNow() - releaseAt, 2000u) << "no step starts after the release";
-}
-
-TEST_F(StageMotionTest, ThePositionBoxesAreParsedAndClampedAndMountAndWaferMoveZOnce) {
-  openWithSpeeds(5000, 1000, 1000);
-  recordedSetBoxText(Box::PositionX, "30000");
-  dispatchCommand(IDC_MOVE_X);
-  EXPECT_EQ(sentCommands().front(), "m160000");
-  virtualSerialClearWritten();
-  recordedSetBoxText(Box::PositionZ, "up");
-  dispatchCommand(IDC_MOVE_Z);
-  for (int id : {IDC_WAFER, IDC_WAFER, IDC_MOUNT, IDC_MOUNT}) dispatchCommand(id);
-  EXPECT_THAT(sentWithoutQueries(), ElementsAre("L-1088", "L0"));  // lifted at the start
 }
