@@ -60,7 +60,7 @@ TEST_F(StageMotionTest, MoveXYMatchesTheAxisSpeedsAndWaitsUntilTheStageIsThere) 
   recordedScriptClick(startMs + 100, QueuedTarget::DisplayWindow);
   MoveXY(0.0, 0.0, 500);
   recordedScriptQuit(virtualClockNow() + 100);
-  MoveXY(100.0, 1000.0, 500);
+  MoveXY(100.0, -1000.0, 500);
   EXPECT_LT(virtualClockNow() - startMs, 300u);
 }
 
