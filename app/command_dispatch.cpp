@@ -26,14 +26,18 @@
 
 namespace {
 
-// Commands that stay live while writing, focusing or a run's move is under way: switching
-// the laser off, the lamp, and the ones that change nothing. Every other command would
-// start an operation or change what is being written, and waits for the end.
+// Commands that stay live while an operation runs, even inside another command's wait:
+// they only look, save or darken (the laser off, the lamp, saving the picture, the camera's
+// colour choices), or change nothing. Every other command would move the stage, expose or
+// change what is being written, and is ignored until the operation ends.
 bool liveDuringOperation(int id) {
   switch (id) {
     case IDC_LASER_OFF:
     case IDC_ILLUMINATION_ON:
     case IDC_ILLUMINATION_OFF:
+    case IDM_SAVE_IMAGE:
+    case IDM_CAMERA_AUTO_SETTING:
+    case IDM_CAMERA_BLUE_ONLY:
     case IDM_START_VECTOR_WRITING:
     case IDM_STOP: return true;
     default: return false;

@@ -141,6 +141,9 @@ void deviceConfigurationOpened() {
 }
 
 void deviceConfigurationCommand(int controlId) {
+  // A click during one of the dialog's own moves is ignored, as in the main window;
+  // "Close", which darkens the laser, stays live.
+  if (operationRunning() && controlId != IDC_DCFG_CLOSE) return;
   switch (controlId) {
     case IDC_DCFG_PORT_CONNECTED:
     case IDC_DCFG_PORT_INITIALIZE: onPortInitialize(); break;

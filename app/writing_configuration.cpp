@@ -190,6 +190,9 @@ void writingConfigurationOpened() {
 }
 
 void writingConfigurationCommand(int controlId) {
+  // A click during one of the dialog's own moves is ignored, as in the main window; "Done"
+  // stays live.
+  if (operationRunning() && controlId != IDC_WCFG_DONE) return;
   switch (controlId) {
     case IDC_WCFG_WRITING_AREA: onWritingAreaChosen(); break;  // any notification of the list
     case IDC_WCFG_LINE_DRAWING: onLineDrawingToggled(); break;

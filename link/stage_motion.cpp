@@ -21,7 +21,6 @@ constexpr double kArrivedWithinUm = 1.0;
 constexpr double kXYArrivedWithinUm = 2.0;
 constexpr double kXYSettledWithinUm = 1.0;
 constexpr int kWaitSliceMs = 10;
-constexpr int kWaitCompleted = 1;  // waitResponsive ran its time; anything else is a stop
 
 int32_t elapsedMs(uint64_t startMs) { return static_cast<int32_t>(systemTickMs() - startMs); }
 
@@ -79,7 +78,7 @@ int WaitForAxis(SerialLink& link, int axis, double targetUm, int timeoutMs) {
     }
     showStagePosition();
     // A confirmed stop, a click that stopped the motors and a closed window all end it.
-    if (waitResponsive(kWaitSliceMs) != kWaitCompleted) break;
+    if (waitResponsive(kWaitSliceMs) != kWaitTimeUp) break;
     ++cycles;
     if (link.bytesTransferred < 2) ++shortReads;
   }
@@ -169,7 +168,11 @@ void MoveXY(double xUm, double yUm, int speedUmPerS) {
         std::fabs(distance - previousDistance) < kXYSettledWithinUm)
       break;
     previousDistance = distance;
-    if (waitResponsive(kWaitSliceMs) != kWaitCompleted) break;
+    // A confirmed stop of writing lets the stroke under way run to its end at the 0 V the
+    // stop question set: the stage is then where the model says when the engine sees the
+    // stop. Stopped motors and a closing program end the move at once.
+    const int waited = waitResponsive(kWaitSliceMs);
+    if (waited == kWaitMotorsStopped || waited == kWaitClosing) break;
   }
   link.positionUm[0] = xUm;
   link.positionUm[1] = yUm;

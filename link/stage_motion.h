@@ -38,5 +38,6 @@ struct XYMovePlan {
 };
 XYMovePlan PlanXYMove(double dxUm, double dyUm, int speedUmPerS);
 // Straight move to (x, y) at speed along the longer axis, both axes arriving together;
-// afterwards the X and Y positions are the target whatever the board reported.
+// afterwards the X and Y positions are the target whatever the board reported. A confirmed
+// stop of writing lets it run to its end; stopped motors or the window closing end it.
 void MoveXY(double xUm, double yUm, int speedUmPerS);

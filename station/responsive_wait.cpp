@@ -12,10 +12,16 @@ int completedWaits = 0;
 
 namespace {
 constexpr uint32_t kSliceMs = 10;  // sleep between looks at an empty queue
+// How many messages taken by waits are being handled: the commands they carry run inside
+// the operation whose wait took them.
+int dispatchingWaits = 0;
 }  // namespace
 
 int operationRunning() {
-  return writingActive == 1 || station.focusingActive == 1 || station.moveBusy == 1 ? 1 : 0;
+  return writingActive == 1 || station.focusingActive == 1 || station.moveBusy == 1 ||
+                 dispatchingWaits > 0
+             ? 1
+             : 0;
 }
 
 int waitResponsive(int milliseconds) {
@@ -29,15 +35,15 @@ int waitResponsive(int milliseconds) {
       systemSleepMs(kSliceMs);
       if (systemTickMs() - startMs >= waitMs) {
         ++completedWaits;
-        return 1;
+        return kWaitTimeUp;
       }
       continue;
     }
-    // The window was closed during the operation: end it as a confirmed stop, so that
-    // the program does not run on without a window until the operation is done.
+    // The window was closed during the operation: end it at once, so that the program
+    // does not run on without a window until the operation is done.
     if (message.kind == QueuedKind::Quit) {
       station.stopRequested = 1;
-      return 0;
+      return kWaitClosing;
     }
     const bool click = message.kind == QueuedKind::LeftButtonDown;
     // Focusing asks the same question as writing.
@@ -47,7 +53,7 @@ int waitResponsive(int milliseconds) {
       if (feedbackMessageBox("Do you want to stop writing, now ?", "Warning", MessageKind::YesNo) ==
           Answer::Yes) {
         station.stopRequested = 1;
-        return 0;
+        return kWaitStopConfirmed;
       }
       restoreLaserAfterQuestion(voltage);
     }
@@ -55,8 +61,10 @@ int waitResponsive(int milliseconds) {
       stopAllMotors();
       feedbackMessageBox("Motor has stopped.", "Notice", MessageKind::Ok);
       station.stopRequested = 1;
-      return 3;
+      return kWaitMotorsStopped;
     }
+    ++dispatchingWaits;
     feedbackDispatchTakenMessage();
+    --dispatchingWaits;
   }
 }

@@ -42,6 +42,13 @@ class LinkTest : public StationTest {
     return commands;
   }
 
+  // The same without the position queries p, P and Q.
+  static std::vector<std::string> sentWithoutQueries() {
+    std::vector<std::string> commands = sentCommands();
+    std::erase_if(commands, [](const std::string& c) { return c == "p" || c == "P" || c == "Q"; });
+    return commands;
+  }
+
   static std::string lastStatus() {
     const auto& calls = recordedCalls();
     for (auto it = calls.rbegin(); it != calls.rend(); ++it)

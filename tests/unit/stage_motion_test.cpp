@@ -4,138 +4,88 @@
 #include "link/controller_commands.h"
 #include "link/jog_pad.h"
 #include "link_fixture.h"
+#include "resources/resource.h"
 
-using StageMotionTest = LinkTest;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
+using StageMotionTest = LinkTest;
 
-TEST_F(StageMotionTest, AZMoveArrivesWithinItsTimeOut) {
-  openWithSpeeds(1000, 1000, 100);
-  EXPECT_EQ(MoveTimeoutMs(serialLink, 2, 100.0), 3000);
-  uint64_t start = virtualClockNow();
-  MoveAxisAndWait(serialLink, 2, 100.0);
-  EXPECT_LT(virtualClockNow() - start, 3000u);
-  EXPECT_THAT(lastStatus(), StartsWith("Z arrived(1): "));
-  EXPECT_EQ(recordedBoxText(Box::PositionZ), "100");
-}
-
-TEST_F(StageMotionTest, ASilentBoardEndsTheWaitAfterItsTimeOutOrOnAPositionReply) {
-  openWithSpeeds(1000, 1000, 100);
-  virtualSerialBoard().faults.silent = true;
-  uint64_t start = virtualClockNow();
-  EXPECT_EQ(WaitForAxis(serialLink, 2, 100.0, 3000), kWaitTimedOut);
-  // Over by at most one cycle of reads and a pump.
-  EXPECT_NEAR(virtualClockNow() - start, 3000u + 360u, 360u);
-  EXPECT_NE(lastStatus().find("/3000, Fail to read:"), std::string::npos);
-  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
-  // A position reply near the target ends the wait.
-  const char reply[] = "junkP1598\r\n";  // Y 998.75 um: within 1 um of 999
-  virtualSerialBoard().output.assign(reply, reply + 11);
-  EXPECT_EQ(WaitForAxis(serialLink, 1, 999.0, 5000), kWaitPositionReply);
-  EXPECT_THAT(lastStatus(), StartsWith("Z arrived(2): "));
-  EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 999.0);
-}
-
-TEST_F(StageMotionTest, ALostArrivalReportEndsOnTheQueriedPosition) {
+// The arrival letter (a limit one refuses the next move that way), a queried position or a
+// position reply near the target end the wait, else its time-out: 1 s + twice the travel.
+TEST_F(StageMotionTest, WhatEndsTheWaitForAnAxis) {
   openWithSpeeds(1000, 1000, 1000);
   VirtualBoard& board = virtualSerialBoard();
   board.faults.dropEveryNthReply = 2;
   board.repliesSent = 1;  // the next reply, the arrival report, is lost; the query's is not
-  MoveAxisTo(serialLink, 2, 200.0);
-  EXPECT_EQ(WaitForAxis(serialLink, 2, 200.0, MoveTimeoutMs(serialLink, 2, 200.0)),
-            kWaitQueriedPosition);
+  MoveAxisAndWait(serialLink, 2, 200.0);
   EXPECT_THAT(lastStatus(), StartsWith("Z arrived(5): "));
-}
-
-TEST_F(StageMotionTest, ALimitArrivalSetsTheUpperFlagAndBlocksTheNextUpwardMove) {
-  openWithSpeeds(1000, 1000, 100);
-  virtualSerialBoard().axes[1].maxMachineSteps = 1600;  // the switch at 1000 um
+  board.faults.dropEveryNthReply = 0;
+  EXPECT_EQ(MoveTimeoutMs(serialLink, 2, 1200.0), 3000);
+  MoveAxisAndWait(serialLink, 2, 1200.0);
+  EXPECT_THAT(lastStatus(), StartsWith("Z arrived(1): "));
+  EXPECT_EQ(recordedBoxText(Box::PositionZ), "1200");
+  board.axes[1].maxMachineSteps = 1600;  // the switch at 1000 um
   MoveAxisAndWait(serialLink, 1, 2000.0);
-  EXPECT_EQ(serialLink.upperLimit[1], 1.0);
   EXPECT_THAT(lastStatus(), StartsWith("Limited(10): 1000.0"));
   virtualSerialClearWritten();
   MoveAxisTo(serialLink, 1, 1500.0);
-  EXPECT_TRUE(sentCommands().empty());
   MoveAxisTo(serialLink, 1, 500.0);
   EXPECT_THAT(sentCommands(), ElementsAre("M800"));
+
+  board.faults.silent = true;
+  const char reply[] = "junkP1598\r\n";  // Y 998.75 um: within 1 um of 999
+  board.output.assign(reply, reply + 11);
+  EXPECT_EQ(WaitForAxis(serialLink, 1, 999.0, 5000), kWaitPositionReply);
+  const uint64_t start = virtualClockNow();
+  EXPECT_EQ(WaitForAxis(serialLink, 2, 1300.0, 3000), kWaitTimedOut);
+  EXPECT_NEAR(virtualClockNow() - start, 3000u + 360u, 360u);  // over by one cycle at most
+  EXPECT_NE(lastStatus().find("/3000, Fail to read:"), std::string::npos);
+  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 1200.0);
 }
 
-TEST_F(StageMotionTest, AMoveToThePresentPlaceDoesNotWait) {
+// Both axes arrive together; nothing is waited for without travel; a click on the display
+// or the window closing ends a move at once.
+TEST_F(StageMotionTest, MoveXYMatchesTheAxisSpeedsAndWaitsUntilTheStageIsThere) {
   openWithSpeeds(1000, 1000, 100);
-  uint64_t start = virtualClockNow();
+  uint64_t startMs = virtualClockNow();
   MoveAxisAndWait(serialLink, 2, 0.0);
-  EXPECT_TRUE(virtualSerialWritten().empty());
-  MoveXY(0.0, 0.0, 1000);  // its commands go out, but there is no travel to wait for
-  EXPECT_EQ(virtualClockNow(), start);
-}
-
-TEST_F(StageMotionTest, MoveXYMatchesTheShorterAxisSpeedToTheTravelTime) {
-  const XYMovePlan plan = PlanXYMove(30.0, 300.0, 600);
-  EXPECT_EQ(plan.travelMs, 500u);
-  EXPECT_EQ(plan.xSpeedUmPerS, 60);
-  openWithSpeeds(1000, 1000, 100);
-  MoveXY(100.0, 50.0, 1000);
-  std::vector<std::string> sent = sentCommands();
-  ASSERT_GE(sent.size(), 4u);
-  EXPECT_THAT(std::vector<std::string>(sent.begin(), sent.begin() + 4),
-              ElementsAre("s6400", "S800", "m640", "M80"));
-  EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 50.0);
-}
-
-TEST_F(StageMotionTest, WithoutABoardJogKeysOnlyUpdateThePositionModel) {
-  virtualSerialSetPresent(false);
-  OpenSerialLink(serialLink, true);
-  JogByKey(0x25);  // Left
-  JogByKey(0x21);  // Page Up
-  JogByKey(0x24);  // Home moves nothing
-  EXPECT_DOUBLE_EQ(serialLink.positionUm[0], -500.0);
-  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 100.0);
-}
-
-TEST_F(StageMotionTest, APressOnAPadEdgeStartsNoJog) {
-  openWithSpeeds(1000, 1000, 100);
-  const IntRect& r = jogPad.rects[1];  // +X
-  const int midX = (r.left + r.right) / 2, midY = (r.top + r.bottom) / 2;
-  for (IntPoint edge : {IntPoint{r.left, midY}, IntPoint{r.right, midY}, IntPoint{midX, r.top},
-                        IntPoint{midX, r.bottom}})
-    JogPadPress(jogPad, edge);
-  EXPECT_TRUE(virtualSerialWritten().empty());
-  EXPECT_EQ(jogPad.busy, 0);
-}
-
-TEST_F(StageMotionTest, AHeldJogPadRepeatsItsStepUntilTheButtonIsLetGo) {
-  openWithSpeeds(1000, 1000, 100);
-  const IntRect& r = jogPad.rects[1];  // +X
-  const uint64_t releaseAt = virtualClockNow() + 3000;
-  recordedScriptAction(releaseAt, [] { JogPadRelease(jogPad); });
-  JogPadPress(jogPad, {(r.left + r.right) / 2, (r.top + r.bottom) / 2});
-  std::vector<std::string> sent = sentCommands();
-  const auto xMoves =
-      std::count_if(sent.begin(), sent.end(), [](const std::string& c) { return c[0] == 'm'; });
-  EXPECT_GE(xMoves, 3);
-  EXPECT_GE(virtualClockNow(), releaseAt);
-  EXPECT_LT(virtualClockNow(), releaseAt + 2000) << "no step starts after the release";
-  EXPECT_EQ(jogPad.busy, 0);
-}
-
-TEST_F(StageMotionTest, ThePositionBoxesAreParsedAndClamped) {
-  openWithSpeeds(5000, 1000, 100);
-  recordedSetBoxText(Box::PositionX, "30000");
-  dispatchCommand(4003);
-  EXPECT_EQ(sentCommands().front(), "m160000");
+  MoveXY(0.0, 0.0, 1000);
+  EXPECT_EQ(virtualClockNow(), startMs);
   virtualSerialClearWritten();
-  recordedSetBoxText(Box::PositionZ, "up");
-  dispatchCommand(4005);
-  EXPECT_TRUE(sentCommands().empty());
+  MoveXY(100.0, 1000.0, 500);  // two seconds along Y, X at 50 um/s
+  EXPECT_THAT(sentWithoutQueries(), ElementsAre("s320", "S800", "m640", "M1600"));
+  EXPECT_GE(virtualClockNow() - startMs, 1990u);
+  EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 1, virtualClockNow()), 1000.0, 2.0);
+  startMs = virtualClockNow();
+  recordedScriptClick(startMs + 100, QueuedTarget::DisplayWindow);
+  MoveXY(0.0, 0.0, 500);
+  recordedScriptQuit(virtualClockNow() + 100);
+  MoveXY(100.0, -1000.0, 500);
+  EXPECT_LT(virtualClockNow() - startMs, 300u);
 }
 
-TEST_F(StageMotionTest, WaferTwiceLowersZOnce) {
-  openWithSpeeds(1000, 1000, 1000);
-  station.zLifted = 1;
-  station.zLiftUm = 680.0;
-  dispatchCommand(32002);
-  dispatchCommand(32002);
-  std::vector<std::string> sent = sentCommands();
-  EXPECT_EQ(std::count(sent.begin(), sent.end(), "L-1088"), 1);
-  EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -680.0);
+// Keys step 500 um in X and Y, 100 um in Z; a press on a pad rectangle's edge starts
+// nothing, a held one steps until the button is let go. The position boxes are clamped to
+// the travel; "Wafer" and "Mount" pressed twice move Z once.
+TEST_F(StageMotionTest, JogKeysThePadThePositionBoxesAndMountAndWafer) {
+  openWithSpeeds(5000, 1000, 1000);
+  for (int key : {0x25, 0x21, 0x24}) onMainKeyDown(key);  // Left, Page Up, Home
+  for (int id : {IDC_WAFER, IDC_WAFER, IDC_MOUNT, IDC_MOUNT}) dispatchCommand(id);
+  recordedSetBoxText(Box::PositionZ, "up");
+  dispatchCommand(IDC_MOVE_Z);
+  EXPECT_THAT(sentWithoutQueries(), ElementsAre("m-3200", "L160", "L-928", "L160"));
+  recordedSetBoxText(Box::PositionX, "30000");
+  dispatchCommand(IDC_MOVE_X);
+  EXPECT_EQ(sentWithoutQueries().back(), "m160000");
+  virtualSerialClearWritten();
+  const IntRect& r = jogPad.rects[0];  // -X
+  const int midX = (r.left + r.right) / 2, midY = (r.top + r.bottom) / 2;
+  onMainLeftButtonDown(r.left, midY);
+  onMainLeftButtonDown(midX, r.bottom);
+  EXPECT_TRUE(virtualSerialWritten().empty());
+  const uint64_t releaseAt = virtualClockNow() + 3000;
+  recordedScriptAction(releaseAt, [] { onMainLeftButtonUp(); });
+  onMainLeftButtonDown(midX, midY);
+  EXPECT_GE(sentWithoutQueries().size(), 3u);
+  EXPECT_LT(virtualClockNow() - releaseAt, 2000u) << "no step starts after the release";
 }

@@ -1,200 +1,180 @@
-// The frame of a writing run, the trip to the writing place, Dx/Dy and the display's mouse.
+// The writing run, the writing place, what may start while something runs, and the
+// display's mouse, on the virtual board.
 #include <algorithm>
 
 #include "app/command_dispatch.h"
 #include "app/display_pointer.h"
 #include "link/controller_commands.h"
-#include "link/stage_motion.h"
 #include "link_fixture.h"
+#include "pattern_fixture.h"
 #include "resources/resource.h"
-#include "sim/recorded_display.h"
-
-namespace {
 
 using ::testing::ElementsAre;
+using Lines = std::vector<std::string>;
 
 class WritingRun : public LinkTest {
  protected:
   void SetUp() override {
     LinkTest::SetUp();
-    recordedDisplayReset();
+    openWithSpeeds(2000, 2000, 500);
   }
-
-  // The stage commands (moves of the three axes) among those sent since the last clear.
-  static std::vector<std::string> moves() {
-    std::vector<std::string> all = sentCommands(), result;
-    std::copy_if(all.begin(), all.end(), std::back_inserter(result), [](const std::string& c) {
-      return !c.empty() && (c[0] == 'm' || c[0] == 'M' || c[0] == 'L');
-    });
-    return result;
+  static Lines moves() {  // of the three axes, since the last clear
+    Lines sent = sentCommands();
+    std::erase_if(sent, [](const std::string& c) { return c.find_first_of("mML") != 0; });
+    return sent;
   }
-
-  static size_t indexOf(const std::vector<std::string>& lines, const std::string& line) {
+  static size_t indexOf(const Lines& lines, const std::string& line) {
     return static_cast<size_t>(std::find(lines.begin(), lines.end(), line) - lines.begin());
   }
 };
 
-TEST_F(WritingRun, WithEveryLayerOffTheRunApproachesTakesUpBacklashAndReturns) {
-  virtualSerialBoard().axes[1].machineSteps = 1600;  // Y at 1000 um
-  openWithSpeeds(2000, 2000, 500);
-  laser.laserShiftX = 100;
+// A run darkens the station, approaches the laser's place (Z to the focus plus the laser's
+// Z, down-up twice), writes and goes back. It counts as writing from its first step: the
+// live view stays frozen and a click asks; "Yes" in the approach skips the writing, not the
+// return. In a line the question darkens the laser: "No" brings the voltage back and the
+// line goes on; "Yes" lets the stroke under way finish dark before the stage goes back.
+TEST_F(WritingRun, TheRunFromItsApproachToItsReturnAndItsStops) {
+  maskImage.valid = alignmentMarkImage.valid = 0;
+  laser.laserShiftX = 1000;  // 1.7 s of approach at 600 um/s
   laser.laserShiftY = 50;
   laser.laserShiftZ = 10;
-  maskImage.valid = alignmentMarkImage.valid = linesEnabled = 0;  // the operator unchecked them
-  SwitchIllumination(1);
-  virtualSerialClearWritten();
-  recordedFeedbackReset();
-
-  dispatchCommand(IDC_START_WRITING);
-
-  // To the writing place, Z to the focus plus the laser's Z, down-up twice, and back.
-  EXPECT_THAT(moves(),
-              ElementsAre("m640", "M1680", "L16", "L12", "L16", "L12", "L16", "L0", "m0", "M1600"));
-  const std::vector<std::string> sent = sentCommands();
-  EXPECT_LT(indexOf(sent, "D 7 0"), indexOf(sent, "m640")) << "lamp off before moving";
-  EXPECT_LT(indexOf(sent, "D 6 0"), indexOf(sent, "m640")) << "laser off before moving";
-  EXPECT_EQ(boardPin(virtualSerialBoard(), kBoardLaserPin), 0);
-  const std::vector<std::string>& calls = recordedCalls();
-  const size_t stopText = indexOf(calls, "button 2202: Stop");
-  ASSERT_LT(stopText, calls.size());
-  EXPECT_LT(stopText, indexOf(calls, "box Progress: All Writings finished"));
-  EXPECT_LT(indexOf(calls, "box Progress: All Writings finished"),
-            indexOf(calls, "button 2202: Start Writing"));
-  EXPECT_TRUE(std::filesystem::exists(dataPaths.runFolder / "writing_condition(0).txt"));
-  EXPECT_EQ(writingActive, 0);
-  EXPECT_EQ(station.moveBusy, 0);
+  station.line1Speed = 50;
+  linePattern.segments = {{0, 0, 400, 0, 1}};  // 8 s along X from 1000 um
+  VirtualBoard& board = virtualSerialBoard();
+  int timerTicks = 0, timerDrawings = 0;
+  const auto timerTick = [&] {
+    const size_t drawn = recordedDisplayCalls().size();
+    onMainTimer(1);
+    timerDrawings += static_cast<int>(recordedDisplayCalls().size() - drawn);
+    ++timerTicks;
+  };
+  for (auto [clickAfterMs, answer] :
+       {std::pair{500, Answer::Yes}, {5800, Answer::No}, {5800, Answer::Yes}}) {
+    board.exposure.clear();
+    virtualSerialClearWritten();
+    recordedFeedbackReset();
+    recordedScriptAction(virtualClockNow() + 200, timerTick);
+    recordedScriptClick(virtualClockNow() + clickAfterMs, QueuedTarget::DisplayWindow);
+    recordedQueueAnswer(answer);
+    dispatchCommand(IDC_START_WRITING);
+    EXPECT_TRUE(hasLine("question Warning: Do you want to stop writing, now ?"));
+    const Lines sent = sentCommands(), &calls = recordedCalls();
+    Lines voltages = sent;
+    std::erase_if(voltages, [](const std::string& c) { return c.rfind("G 5 ", 0) != 0; });
+    const double litUntilUm = board.exposure.empty() ? 0.0 : board.exposure.back().x1Um;
+    if (clickAfterMs == 500) {
+      EXPECT_THAT(moves(),
+                  ElementsAre("m6400", "M80", "L16", "L12", "L16", "L12", "L16", "L0", "m0", "M0"));
+      EXPECT_LT(std::max(indexOf(sent, "D 7 0"), indexOf(sent, "D 6 0")), indexOf(sent, "m6400"));
+      EXPECT_LT(indexOf(calls, "button 2202: Stop"), indexOf(calls, "button 2202: Start Writing"));
+      EXPECT_EQ(litUntilUm, 0.0);
+    } else if (answer == Answer::No) {
+      EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0", "G 5 66", "G 5 0"));
+      EXPECT_NEAR(litUntilUm, 1400.0, 2.0);
+    } else {
+      EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0"));
+      EXPECT_NEAR(litUntilUm, 1200.0, 5.0) << "dark from the click on";
+      EXPECT_NEAR(board.axes[0].fromSteps / 6.4, 1400.0, 2.0) << "the return starts at the end";
+    }
+  }
+  EXPECT_EQ(timerTicks, 3);
+  EXPECT_EQ(timerDrawings, 0);
 }
 
-TEST_F(WritingRun, AStopDuringTheApproachSkipsTheWritingButNotTheReturn) {
-  openWithSpeeds(2000, 2000, 500);
-  laser.laserShiftX = 1000;
-  recordedScriptClick(virtualClockNow() + 100, QueuedTarget::DisplayWindow);
-  recordedQueueAnswer(Answer::Yes);
-  virtualSerialClearWritten();
-
-  dispatchCommand(IDC_START_WRITING);
-
-  EXPECT_EQ(station.stopRequested, 1);
-  // The approach ends with its backlash steps; then the stage goes straight back.
-  EXPECT_THAT(moves(), ElementsAre("m6400", "M0", "L-3", "L0", "L-3", "L0", "m0", "M0"));
-  EXPECT_EQ(writingActive, 0);
+// The run shows the whole writing area before it prepares the pattern.
+TEST_F(WritingRun, TheOperatorsZoomDoesNotChangeWhatIsWritten) {
+  resetPatternStores();
+  linesEnabled = 0;
+  paintPicture(maskImage, 500, 500, 504, 502, 0);
+  Lines written[2];
+  for (Lines& strokes : written) {
+    virtualSerialClearWritten();
+    dispatchCommand(IDC_START_WRITING);
+    strokes = moves();
+    virtualClockAdvance(1000);  // the board ends the return
+    dispatchCommand(IDC_ZOOM_IN);
+  }
+  EXPECT_GT(written[0].size(), 10u);
+  EXPECT_EQ(written[0], written[1]);
 }
 
-TEST_F(WritingRun, GoToWritingGoesToTheOffsetPlaceLiftedAndBackOnTheSecondPress) {
-  openWithSpeeds(2000, 2000, 500);
+// Dx and Dy (to +-300 um) move by themselves, or to the writing place (the laser's place
+// plus them), which "Go to Writing" reaches lifted and leaves, as does a run from there.
+TEST_F(WritingRun, GoToWritingAndTheOffsets) {
   laser.laserShiftX = 100;
-  station.offsetX = 20;
   station.zLiftUm = 10;
-  virtualSerialClearWritten();
-
-  dispatchCommand(IDC_GO_TO_WRITING);
-  EXPECT_THAT(moves(), ElementsAre("m768", "M0", "L16", "L12", "L16", "L12", "L16"));
-  EXPECT_TRUE(hasLine("button 2205: Cancel writing"));
-
-  virtualSerialClearWritten();
-  dispatchCommand(IDC_GO_TO_WRITING);
-  EXPECT_THAT(moves(), ElementsAre("m0", "M0", "L0"));
-  EXPECT_EQ(station.offsetMode, 0);
-}
-
-TEST_F(WritingRun, DxIsClampedTo300AndMovesXByItOrToTheOffsetPlace) {
-  openWithSpeeds(2000, 2000, 500);
+  maskImage.valid = alignmentMarkImage.valid = linesEnabled = 0;
   recordedSetBoxText(Box::Dx, "1000");
   dispatchCommand(IDC_APPLY_DX);
-  EXPECT_DOUBLE_EQ(station.offsetX, 300.0);
-  EXPECT_THAT(moves(), ElementsAre("m1920"));
-  // The snapshot after the move: the lamp is lit for the grab only.
-  EXPECT_EQ(boardPin(virtualSerialBoard(), kBoardLampPin), 0);
-
-  station.offsetMode = 1;
-  laser.laserShiftY = 40;
+  dispatchCommand(IDC_GO_TO_WRITING);
+  // Z lifted from the focus height, the X reading of 300 um.
+  EXPECT_THAT(moves(), ElementsAre("m1920", "m2560", "M0", "L496", "L492", "L496", "L492", "L496"));
   virtualSerialClearWritten();
   recordedSetBoxText(Box::Dy, "-12.5");
   dispatchCommand(IDC_APPLY_DY);
-  EXPECT_DOUBLE_EQ(station.offsetY, -12.5);
-  EXPECT_THAT(moves(), ElementsAre("m1920", "M44"));  // (0 + 300, 40 - 12.5) um, absolute
+  dispatchCommand(IDC_GO_TO_WRITING);
+  EXPECT_THAT(moves(), ElementsAre("m2560", "M-20", "m1920", "M0", "L480"));
+
+  dispatchCommand(IDC_GO_TO_WRITING);
+  recordedSetBoxText(Box::Dx, "-20");
+  dispatchCommand(IDC_START_WRITING);
+  EXPECT_DOUBLE_EQ(station.offsetX, -20.0);
+  EXPECT_EQ(station.offsetMode, 0);
 }
 
-TEST_F(WritingRun, NothingElseStartsWhileARunMoves) {
-  openWithSpeeds(2000, 2000, 500);
-  station.moveBusy = 1;  // as the run leaves it while its stage moves
-  virtualSerialClearWritten();
-  const int blocked[] = {IDC_START_WRITING, IDC_GO_TO_WRITING, IDC_MOVE_X,    IDC_LASER_ON,
-                         IDC_BLINK,         IDC_ZOOM_IN,       IDC_MASK_LAYER};
-  const double zoom = station.zoom;
-  for (int id : blocked) dispatchCommand(id);
-  onMainKeyDown(0x25);  // Left arrow jog
-  onDisplayWheel(120);
-  EXPECT_TRUE(sentCommands().empty());
-  EXPECT_EQ(laser.laserOn, 0);
-  EXPECT_EQ(station.zoom, zoom);
-  EXPECT_EQ(maskImage.valid, 1);
-  // Switching the laser off always works.
-  dispatchCommand(IDC_LASER_OFF);
-  EXPECT_THAT(sentCommands(), ElementsAre("D 6 0"));
-}
-
-TEST_F(WritingRun, TheFirstXMoveAfterOpeningGoesOut) {
-  openWithSpeeds(2000, 2000, 500);
-  recordedSetBoxText(Box::PositionX, "250");
-  dispatchCommand(IDC_MOVE_X);
+// A command chosen in another's wait is ignored when it would move or expose; the laser
+// off, the lamp and saving act, also in a run. A stop left by a click does not end a run.
+TEST_F(WritingRun, NothingThatMovesOrExposesStartsInsideAnother) {
+  openWithSpeeds(100, 100, 100);
+  recordedSetBoxText(Box::PositionX, "250");  // 2.5 s at 100 um/s
+  recordedSetBoxText(Box::Blink, "500");
+  for (int id : {IDC_MOVE_X, IDC_BLINK}) {
+    recordedScriptAction(virtualClockNow() + 50, [] {
+      for (int id : {IDC_START_WRITING, IDC_MOUNT, IDC_LASER_ON, IDC_LASER_OFF})
+        dispatchCommand(id);
+      onMainKeyDown(0x25);
+    });
+    dispatchCommand(id);
+  }
   EXPECT_THAT(moves(), ElementsAre("m1600"));
   EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 0, virtualClockNow()), 250.0, 0.5);
-}
+  EXPECT_FALSE(hasLine("button 2202: Stop"));
+  const Lines sent = sentCommands();
+  EXPECT_LT(indexOf(sent, "D 6 0"), indexOf(sent, "D 6 5")) << "the laser off acts in the X move";
 
-TEST_F(WritingRun, AClickOnTheDisplayDuringAMoveStopsTheMotorsAndEndsTheWait) {
-  openWithSpeeds(100, 100, 100);
-  // A board that says nothing more: only the click can end this wait before its time-out.
-  virtualSerialBoard().faults.silent = true;
-  const uint64_t startMs = virtualClockNow();
-  recordedScriptClick(startMs + 500, QueuedTarget::DisplayWindow);
-  MoveAxisAndWait(serialLink, 1, 1000.0);  // ten seconds at 100 um/s
-  const std::vector<std::string> sent = sentCommands();
-  EXPECT_THAT(std::vector<std::string>(sent.end() - 3, sent.end()), ElementsAre("n", "N", "O"))
-      << "the stop letters are the last commands: nothing is sent after them";
-  EXPECT_LT(virtualClockNow() - startMs, 1000u);
-}
+  recordedScriptClick(virtualClockNow() + 100, QueuedTarget::DisplayWindow);
+  onMainKeyDown(0x26);
+  EXPECT_TRUE(hasLine("O", sentCommands())) << "the motors' stop letters";
 
-TEST_F(WritingRun, MoveXYWaitsUntilTheStageIsThere) {
-  openWithSpeeds(2000, 2000, 500);
-  const uint64_t startMs = virtualClockNow();
-  MoveXY(0.0, 1000.0, 500);  // two seconds of travel
-  EXPECT_GE(virtualClockNow() - startMs, 1900u);
-  // The nominal travel time leaves the board's ramps a few micrometres to go.
-  EXPECT_NEAR(boardAxisUm(virtualSerialBoard(), 1, virtualClockNow()), 1000.0, 10.0);
-}
-
-TEST_F(WritingRun, TheLaserIsDarkWhileTheStopQuestionIsOpenAndRestoredOnNo) {
-  openWithSpeeds(2000, 2000, 500);
-  SwitchLaser(laser, 1);  // 2.3 V
-  writingActive = 1;
+  maskImage.valid = alignmentMarkImage.valid = 0;
+  linePattern.segments = {{0, 0, 10, 0, 1}};
+  recordedScriptAction(virtualClockNow() + 100, [] {
+    for (int id : {IDM_SAVE_IMAGE, IDC_ILLUMINATION_ON, IDC_BLINK, IDC_GO_TO_WRITING,
+                   IDM_WRITING_CONFIGURATION})
+      dispatchCommand(id);
+  });
   virtualSerialClearWritten();
-  recordedScriptClick(virtualClockNow() + 20, QueuedTarget::MainWindow);
-  recordedQueueAnswer(Answer::No);
-  EXPECT_EQ(waitResponsive(100), 1);
-  EXPECT_THAT(sentCommands(), ElementsAre("G 5 0", "G 5 117"));
+  dispatchCommand(IDC_START_WRITING);
+  EXPECT_FALSE(virtualSerialBoard().exposure.empty()) << "the click's stop is not this run's";
+  EXPECT_EQ(linesAfter("save optic", recordedDisplayCalls()).size(), 2u);
+  EXPECT_TRUE(hasLine("D 7 5", sentCommands()));
+  EXPECT_FALSE(hasLine("D 6 5", sentCommands()));
+  EXPECT_FALSE(hasLine("button 2205: Cancel writing"));
+  EXPECT_TRUE(recordedDialogCalls().empty());
 }
 
-TEST_F(WritingRun, ARightClickWithTheLaserOnSetsTheSpotCountedUpFromTheBottom) {
+TEST_F(WritingRun, ARightClickWithTheLaserOnSetsTheSpotAndTheWheelZoomsOneStep) {
   laser.laserOn = 1;
   recordedQueueAnswer(Answer::Yes);
-  onDisplayRightButtonDown(0, 1027);
+  onDisplayRightButtonDown(0, 1027);  // counted up from the bottom
   EXPECT_EQ(recordedCalls().back(),
             "question Position: (0,1): Do you want to set the laser beam spot here?");
   EXPECT_EQ(laser.laserShiftY, 1);
   EXPECT_TRUE(hasLine("ellipse -2,1025,2,1029 pen ff0000", recordedDisplayCalls()));
-
   recordedQueueAnswer(Answer::No);
   onDisplayRightButtonDown(600, 28);
   EXPECT_EQ(laser.laserShiftY, 1);
-}
-
-TEST_F(WritingRun, TheWheelZoomsOneStepEachWayAndStopsAtTheClamp) {
   station.zoom = 1.0;
   onDisplayWheel(-120);
   EXPECT_DOUBLE_EQ(station.zoom, 0.75);
-  onDisplayWheel(120);
-  EXPECT_DOUBLE_EQ(station.zoom, 1.0);
 }
-
-}  // namespace
