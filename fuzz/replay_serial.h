@@ -9,8 +9,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// A closed port in front of the script; the next write fails when failNextWrite is called.
+// A closed port in front of the script, which must outlive the reads.
 void replaySerialStart(const uint8_t* script, size_t size);
+// The next write fails (the link then goes to its failed state).
 void replaySerialFailNextWrite();
-// The script not yet taken by reads (the target takes its own choices from it as well).
+// Takes the script's next byte, false when it is used up: the reads take their frames
+// this way, and the target its operations between them.
 bool replaySerialTake(uint8_t& byte);
