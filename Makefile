@@ -1,12 +1,14 @@
 # make run   installs what is missing, builds, starts Telvane on the virtual station
 # make test  installs what is missing, builds, checks the floors, runs every test
 # make build / make bench / make format
+# make fuzz  builds the fuzz targets with clang and runs each FUZZ_SECONDS (60) s; not in make test
 NATIVE := build/native
 WIN    := build/win
 BENCH  := build/bench
 JOBS   ?= $(shell nproc)
+FUZZ_SECONDS ?= 60
 
-.PHONY: deps build build-native build-win run test bench format clean
+.PHONY: deps build build-native build-win run test bench fuzz format clean
 
 deps:
 	@scripts/install-deps
@@ -33,6 +35,9 @@ bench: deps
 	cmake -S . -B $(BENCH) -DCMAKE_BUILD_TYPE=Release -DTELVANE_BENCH=ON -DTELVANE_TESTS=OFF >/dev/null
 	cmake --build $(BENCH) -j$(JOBS) --target telvane_bench
 	$(BENCH)/out/telvane_bench
+
+fuzz: deps
+	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i

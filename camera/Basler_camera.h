@@ -50,6 +50,9 @@ int CameraReconnect(CameraDevice& device);
 // Takes frameCount frames (averaged when more than one) into displayFrame, or the test
 // pattern when that fails. Always 0.
 int CameraGrab(CameraDevice& device, unsigned frameCount);
+// Whether a result holds a whole raw sensor frame (frameBytes samples). A grab whose frame
+// is smaller fails ("Fail in Grabbing", the test pattern); no frame smaller is read.
+bool holdsWholeFrame(const CameraDevice& device, const SdkGrabResult& result);
 // One BayerRG8 sensor frame into a bottom-up 32-bit picture of half its size.
 void ConvertBayerToDisplay(CameraDevice& device, const uint8_t* raw, uint8_t* target);
 // The moving test pattern into displayFrame, dimmer while the laser is on.

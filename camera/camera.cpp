@@ -61,18 +61,26 @@ bool retrieveOneFrame(CameraDevice& device, unsigned frameCount, unsigned goodFr
   return false;
 }
 
+// A camera set to another image size or pixel format delivers less than a sensor frame;
+// reading it as one would run past its end, so such a grab fails.
+void requireWholeFrame(const CameraDevice& device) {
+  if (!holdsWholeFrame(device, device.grabResult))
+    throw CameraSdkError{"the frame is smaller than the sensor's"};
+}
+
 void grabFrames(CameraDevice& device, unsigned frameCount) {
   cameraSdkStartGrabbing(device.camera, frameCount);
   unsigned goodFrames = 0;
   for (unsigned frame = 0; frame < frameCount; ++frame) {
     if (!retrieveOneFrame(device, frameCount, goodFrames)) continue;
     if (frameCount > 1) {
+      requireWholeFrame(device);
       accumulate(device, device.grabResult.buffer, frame);
       ++goodFrames;
     }
   }
   if (frameCount == 1) {
-    if (device.grabResult.buffer == nullptr) throw CameraSdkError{"no frame delivered"};
+    requireWholeFrame(device);
     ConvertBayerToDisplay(device, device.grabResult.buffer, displayFrame.pixels);
     return;
   }
@@ -91,6 +99,10 @@ CameraDevice::CameraDevice() {
   averageFrame = allocateRunBlock<uint8_t>(frameBytes);
   convertedFrame = allocateRunBlock<uint8_t>(frameBytes);
   sumFrame = allocateRunBlock<uint16_t>(frameBytes);
+}
+
+bool holdsWholeFrame(const CameraDevice& device, const SdkGrabResult& result) {
+  return result.buffer != nullptr && result.bytes >= device.frameBytes;
 }
 
 int CameraConnect(CameraDevice& device) {

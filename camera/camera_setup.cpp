@@ -141,7 +141,7 @@ void setupOneShot(CameraDevice& device) {
 
 void addResultToSum(CameraDevice& device) {
   const SdkGrabResult& result = device.grabResult;
-  if (!result.succeeded || result.buffer == nullptr) return;
+  if (!result.succeeded || !holdsWholeFrame(device, result)) return;
   for (uint32_t i = 0; i < device.frameBytes; ++i) {
     device.sumFrame[i] = static_cast<uint16_t>(device.sumFrame[i] + result.buffer[i]);
   }

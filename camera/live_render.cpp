@@ -11,6 +11,7 @@
 #include "station/station.h"
 #include "station/status_display.h"
 #include "station/system_services.h"
+#include "station/truncation.h"
 
 int snapshotNumber = 0;
 
@@ -38,10 +39,15 @@ void showCount(const char* format, int count) {
   showStatus(text);
 }
 
+// The laser shift comes from Config.txt as it stands: a spot beyond the int range is
+// drawn at its end, far off the display.
 void drawLaserSpot(Canvas* canvas, int radius) {
-  const int x = laser.laserShiftX;
-  const int y = kDisplayHeight - laser.laserShiftY;
-  canvasEllipse(canvas, {x - radius, y - radius, x + radius, y + radius}, kRed);
+  const double x = laser.laserShiftX;
+  const double y = kDisplayHeight - static_cast<double>(laser.laserShiftY);
+  canvasEllipse(canvas,
+                {truncatedToInt(x - radius), truncatedToInt(y - radius), truncatedToInt(x + radius),
+                 truncatedToInt(y + radius)},
+                kRed);
 }
 
 void drawGreenRectangle(Canvas* canvas, const IntRect& rect) {
@@ -109,8 +115,9 @@ bool createLiveSurface(SurfaceWindow window, int width, int height, int& result)
 }  // namespace
 
 ScaleBar scaleBarFor(double pixelsPerUm) {
-  const int lengthUm = static_cast<int>(100.0 / pixelsPerUm);
-  return {lengthUm, static_cast<int>(lengthUm * pixelsPerUm)};
+  // A zoom from a wild magnification in Config.txt can be 0 or infinite.
+  const int lengthUm = truncatedToInt(100.0 / pixelsPerUm);
+  return {lengthUm, truncatedToInt(lengthUm * pixelsPerUm)};
 }
 
 void drawScaleBar(Canvas* canvas, int multiplier) {

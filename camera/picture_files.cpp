@@ -64,7 +64,7 @@ int SaveViewImage(DataPaths& paths, SurfaceWindow window) {
   ensureRunFolder(paths, 0);
   canvasSavePng(canvas, numberedPicture(paths, "optic", opticNumber));
   canvasRestoreSelection(canvas);
-  ++opticNumber;
+  opticNumber = nextFileNumber(opticNumber);
   canvasFree(canvas);
   return 1;
 }
@@ -72,7 +72,7 @@ int SaveViewImage(DataPaths& paths, SurfaceWindow window) {
 void saveCameraPicture(Canvas* canvas) {
   ensureRunFolder(dataPaths, 0);
   canvasSavePng(canvas, numberedPicture(dataPaths, "camera", cameraNumber));
-  ++cameraNumber;
+  cameraNumber = nextFileNumber(cameraNumber);
 }
 
 std::wstring UniqueFileName(const DataPaths& paths, const std::wstring& base,

@@ -96,12 +96,14 @@ int centerWritingOnly = 0;
 
 double StageXForColumn(int cell, int factor) {
   return station.stageX + station.offsetX +
-         (cell * factor - kPatternCentre) * station.magnification + laser.laserShiftX;
+         (cell * factor - kPatternCentre) * static_cast<double>(station.magnification) +
+         laser.laserShiftX;
 }
 
 double StageYForRow(int cell, int factor) {
   return station.stageY + station.offsetY +
-         (cell * factor - kPatternCentre) * station.magnification + laser.laserShiftY;
+         (cell * factor - kPatternCentre) * static_cast<double>(station.magnification) +
+         laser.laserShiftY;
 }
 
 void StartRasterWriting() {

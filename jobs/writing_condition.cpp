@@ -12,7 +12,8 @@ int writingConditionCounter = 0;
 
 void writeWritingCondition() {
   ensureRunFolder(dataPaths, 0);
-  const int number = writingConditionCounter++;
+  const int number = writingConditionCounter;
+  writingConditionCounter = nextFileNumber(number);
   const std::string name = "writing_condition(" + std::to_string(number) + ").txt";
   std::ofstream file(dataPaths.runFolder / name);
   if (!file) return;

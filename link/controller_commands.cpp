@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "station/feedback.h"
+#include "station/truncation.h"
 
 namespace {
 
@@ -69,7 +70,9 @@ double QueryAxisPosition(SerialLink& link, int axis) {
 }
 
 int32_t MicrometresToSteps(int axis, double micrometres) {
-  return static_cast<int32_t>(micrometres * 0.2 * 8.0 * kAxisFactor[axis]);
+  // A position the board reported at the end of its step range, moved further, would not
+  // fit: the count stays at the end of the range.
+  return truncatedToInt(micrometres * 0.2 * 8.0 * kAxisFactor[axis]);
 }
 
 double StepsToMicrometres(int axis, int32_t steps) { return steps * 5.0 / 8.0 / kAxisFactor[axis]; }

@@ -40,8 +40,8 @@ int OpenSerialLink(SerialLink& link, bool ownedByMainWindow);
 // Queries and returns the axis position in micrometres; the stored one when nothing came.
 double QueryAxisPosition(SerialLink& link, int axis);
 
-// steps = um x 0.2 x 8.0 x axis factor (X 4, Y 1, Z 1), truncated toward zero. Also used
-// for speeds (um/s -> steps/s) and the acceleration parameter.
+// steps = um x 0.2 x 8.0 x axis factor (X 4, Y 1, Z 1), truncated toward zero; beyond the
+// 32-bit range, its end. Also used for speeds (um/s -> steps/s) and the acceleration parameter.
 int32_t MicrometresToSteps(int axis, double micrometres);
 // um = steps x 5.0 / 8.0 / axis factor, not rounded.
 double StepsToMicrometres(int axis, int32_t steps);

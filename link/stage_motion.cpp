@@ -24,6 +24,12 @@ constexpr int kWaitSliceMs = 10;
 
 int32_t elapsedMs(uint64_t startMs) { return static_cast<int32_t>(systemTickMs() - startMs); }
 
+// Compared in 64 bits: the longest time-out is the largest int, which the 32-bit elapsed
+// time would step over into negative values, and the wait would never end.
+bool timedOut(uint64_t startMs, int timeoutMs) {
+  return static_cast<int64_t>(systemTickMs() - startMs) >= timeoutMs;
+}
+
 bool isPositionReply(char c) { return c == 'p' || c == 'P' || c == 'Q'; }
 
 }  // namespace
@@ -44,7 +50,7 @@ int WaitForAxis(SerialLink& link, int axis, double targetUm, int timeoutMs) {
 
   int arrivalAt = -1;  // index of the arrival letter in the input/output buffer
   for (;;) {
-    if (elapsedMs(startMs) >= timeoutMs) break;
+    if (timedOut(startMs, timeoutMs)) break;
     link.lastCallResult =
         serialRead(link.handle, link.ioBuffer, kWaitReadMaxBytes, link.bytesTransferred);
     bool finished = false;

@@ -2,22 +2,13 @@
 #include "pattern/line_display.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
-#include <limits>
 
 namespace {
 
 int wholeMicrometres16(float um) { return static_cast<int16_t>(truncatedToInt(um)); }
 
 }  // namespace
-
-int truncatedToInt(double value) {
-  if (std::isnan(value)) return 0;
-  if (value >= std::numeric_limits<int>::max()) return std::numeric_limits<int>::max();
-  if (value <= std::numeric_limits<int>::min()) return std::numeric_limits<int>::min();
-  return static_cast<int>(value);
-}
 
 float pixelToMicrometresX(int x) {
   return static_cast<float>(static_cast<float>(x - station.displayCenterX) / station.zoom);

@@ -6,14 +6,11 @@
 
 #include "camera/display_surface.h"
 #include "pattern/line_pattern.h"
+#include "station/truncation.h"
 
 constexpr Rgb kLineColour = {0, 0, 255};            // the lines as drawn and imported
 constexpr Rgb kWrittenLineColour = {0, 255, 0};     // a line vector writing has exposed
 constexpr Rgb kPaintedOutColour = {220, 220, 220};  // a deleted line, painted over
-
-// Truncation toward zero to an int; values beyond the int range stay at its ends and a
-// value that is not a number gives 0 (a line file may hold anything).
-int truncatedToInt(double value);
 
 // Display pixel -> um from the display centre; the subtraction is made in single precision.
 float pixelToMicrometresX(int x);

@@ -42,6 +42,9 @@ void virtualCameraSetPresent(bool present);  // false: no device is found
 void virtualCameraFailResults(int first, int count);
 // Every result delivers a frame of this one value instead of the rendered sample.
 void virtualCameraUseFixedFrame(uint8_t value);
+// Every result delivers exactly these bytes, however many: a camera set to another image
+// size or pixel format than the program expects.
+void virtualCameraUseFrameBytes(const std::vector<uint8_t>& bytes);
 // Open, grabbing and parameter calls since the reset, one line each ("set Gain 20.0").
 const std::vector<std::string>& virtualCameraLog();
 void virtualCameraSetPixelFormatEntry(int64_t entry);

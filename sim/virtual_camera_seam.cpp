@@ -20,6 +20,7 @@ struct VirtualCameraState {
   int failCount = 0;
   int resultIndex = 0;
   bool fixedFrame = false;
+  bool givenFrame = false;
   uint8_t fixedValue = 0;
   int64_t pixelFormatEntry = 0;  // the camera's own default, not the one the program wants
   std::map<std::string, std::string> enums = {{"GainAuto", "Off"}, {"ExposureAuto", "Off"}};
@@ -53,7 +54,7 @@ void deliver(SdkGrabResult& result) {
   result.bytes = s.frame.size();
   result.buffer = s.frame.data();
   result.succeeded = !(index >= s.failFirst && index < s.failFirst + s.failCount);
-  if (!result.succeeded) return;
+  if (!result.succeeded || s.givenFrame) return;
   if (s.fixedFrame) {
     std::fill(s.frame.begin(), s.frame.end(), s.fixedValue);
     return;
@@ -80,6 +81,12 @@ void virtualCameraFailResults(int first, int count) {
 void virtualCameraUseFixedFrame(uint8_t value) {
   state().fixedFrame = true;
   state().fixedValue = value;
+}
+
+void virtualCameraUseFrameBytes(const std::vector<uint8_t>& bytes) {
+  state().givenFrame = true;
+  // A buffer of exactly this size, so that reading past it is caught.
+  state().frame = std::vector<uint8_t>(bytes);
 }
 
 const std::vector<std::string>& virtualCameraLog() { return state().log; }

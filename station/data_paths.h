@@ -27,6 +27,12 @@ struct DataPaths {
 
 extern DataPaths dataPaths;
 
+// The number after a numbered file's (record, "optic" and "camera" picture): after the
+// largest int comes the smallest, as a 32-bit counter wraps, never undefined.
+inline int nextFileNumber(int number) {
+  return static_cast<int>(static_cast<uint32_t>(number) + 1u);
+}
+
 // Creates the run folder, named "%02d%02d%02d_%02d-%02d" from the local time, when
 // forceNew is non-zero or none was made yet; otherwise keeps the earlier name. Every
 // caller passes forceNew = 0, so one run of the program writes into one folder.

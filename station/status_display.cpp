@@ -1,5 +1,6 @@
 #include "station/status_display.h"
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -8,6 +9,7 @@
 #include "station/responsive_wait.h"
 #include "station/station.h"
 #include "station/system_services.h"
+#include "station/truncation.h"
 
 char statusLine[kStatusLineBytes] = {};
 char previousStatusLine[kStatusLineBytes] = {};
@@ -52,8 +54,11 @@ void showTimeEstimate(int cellSize) {
   if (speed > kSpeedCeilingUmPerS) speed = kSpeedCeilingUmPerS;
   if (speed < kSpeedFloorUmPerS) speed = kSpeedFloorUmPerS;
   const int f = cellSize;
-  const int estimatedMin =
-      station.cellCount / f / f * station.magnification * station.magnification / speed / 60 + 2;
+  // In double, as the magnification from Config.txt may be any int: exact, and each
+  // division truncated as in int arithmetic, for every product below 2^53.
+  const double scaledCells = static_cast<double>(station.cellCount / f / f) *
+                             station.magnification * station.magnification;
+  const int estimatedMin = truncatedToInt(std::trunc(std::trunc(scaledCells / speed) / 60) + 2);
   char text[100];
   std::snprintf(text, sizeof text, "%d (%d) min.", static_cast<int>(elapsedMin), estimatedMin);
   feedbackSetBoxText(Box::Time, text);

@@ -1,10 +1,13 @@
 // The geometry recompute. Every double-to-int conversion truncates
 // toward zero, and integer halves truncate too: the drawing code relies on these exact
-// pixel values.
+// pixel values. The magnification comes from Config.txt as it stands, so the rectangles it
+// scales stay at the int range's ends rather than overflow.
 #include "station/view_geometry.h"
 
 #include <cmath>
 #include <cstdlib>
+
+#include "station/truncation.h"
 
 StationParameters::StationParameters() {
   recomputeViewGeometry(*this);
@@ -15,7 +18,7 @@ StationParameters::StationParameters() {
 }
 
 int recomputeViewGeometry(StationParameters& p) {
-  const double lowZoom = std::pow(kZoomOutFactor, p.magnification + 1);
+  const double lowZoom = std::pow(kZoomOutFactor, p.magnification + 1.0);
   const double highZoom = std::pow(kZoomInFactor, kZoomInSteps);
   if (lowZoom > p.zoom) {
     p.zoom = lowZoom;
@@ -31,13 +34,13 @@ int recomputeViewGeometry(StationParameters& p) {
 
   const double scaledW = w * p.zoom * p.magnification;
   const double scaledH = h * p.zoom * p.magnification;
-  p.scaledAreaRect = {static_cast<int>((W - scaledW) / 2.0), static_cast<int>((H - scaledH) / 2.0),
-                      static_cast<int>((W + scaledW) / 2.0), static_cast<int>((H + scaledH) / 2.0)};
+  p.scaledAreaRect = {truncatedToInt((W - scaledW) / 2.0), truncatedToInt((H - scaledH) / 2.0),
+                      truncatedToInt((W + scaledW) / 2.0), truncatedToInt((H + scaledH) / 2.0)};
 
   p.cameraScale = p.zoom * kCameraFieldUm / kDisplayWidth;
   const double k = p.cameraScale;
-  p.cameraRect = {static_cast<int>((W - W * k) / 2), static_cast<int>((H - H * k) / 2),
-                  static_cast<int>((W + W * k) / 2), static_cast<int>((H + H * k) / 2)};
+  p.cameraRect = {truncatedToInt((W - W * k) / 2), truncatedToInt((H - H * k) / 2),
+                  truncatedToInt((W + W * k) / 2), truncatedToInt((H + H * k) / 2)};
 
   const double pitchPixels = p.cellPitchUm * kDisplayWidth / kCameraFieldUm;
   p.cellPixels = static_cast<int>(pitchPixels > 1.0 ? pitchPixels : 1.0);
