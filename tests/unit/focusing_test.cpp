@@ -22,8 +22,13 @@ class Focusing : public LinkTest {
     LinkTest::SetUp();
     virtualCameraReset();
     recordedDisplayReset();
+    // The camera record as the program starts it: a camera test before this one may have
+    // left an exposure that saturates every frame, and then no search finds a peak.
     camera.connected = 0;
     camera.camera = nullptr;
+    camera.gain = 20;
+    camera.exposureTime = 30000.0;
+    blueOnly = 0;
     ASSERT_EQ(CameraConnect(camera), 1);
     CameraSetup(camera, 4);  // manual gain and exposure, as at start-up
     openWithSpeeds(1000, 1000, 1000);
