@@ -16,7 +16,6 @@
 #include "sim/virtual_station.h"
 
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 
 namespace {
 
@@ -27,17 +26,17 @@ class RasterWriting : public LinkTest {
     resetPatternStores();
     openWithSpeeds(1000, 1000, 1000);
     centerWritingOnly = 0;
+    station.outsideSpeed = 350;  // unlike the inside 700 um/s, so that the passes differ
     // As the run leaves it at its step 7.
     writingActive = 1;
     station.stopRequested = 0;
   }
 
-  // The moves and laser voltages sent, in order.
-  static std::vector<std::string> movesAndVoltages() {
+  // The commands sent whose first letter is one of these, in order.
+  static std::vector<std::string> sentOf(const std::string& letters) {
     std::vector<std::string> kept;
-    for (const std::string& c : sentCommands()) {
-      if (c[0] == 'm' || c[0] == 'M' || c[0] == 'L' || c.rfind("G 5 ", 0) == 0) kept.push_back(c);
-    }
+    for (const std::string& c : sentCommands())
+      if (letters.find(c[0]) != std::string::npos) kept.push_back(c);
     return kept;
   }
   void darkInMask(int left, int low, int right, int high) {
@@ -45,28 +44,67 @@ class RasterWriting : public LinkTest {
   }
 };
 
-TEST_F(RasterWriting, OneClusterIsWrittenInSerpentineRowStrokesAtTheInsideSpeedAndVoltage) {
-  station.stageX = 100;
-  station.stageY = 200;
-  darkInMask(500, 500, 504, 502);  // 4 x 2 cells: w = 3 >= h = 1, so row strokes
-  StartRasterWriting();
-  // Row 500 from left to right, row 501 back; 0 V only after the pass.
-  EXPECT_THAT(movesAndVoltages(), ElementsAre("m640", "M320", "G 5 117", "m659", "M320", "m659",
-                                              "M321", "m640", "M321", "G 5 0"));
-  // Both strokes along X at the inside speed, 700 um/s = 4480 X steps/s.
-  const std::vector<std::string> sent = sentCommands();
-  const auto exposure = std::find(sent.begin(), sent.end(), "G 5 117");
-  EXPECT_EQ(*(exposure + 1), "s4480");
-  EXPECT_EQ(station.doneCells, 8);
-  EXPECT_TRUE(hasLine("box Progress: Writing: 100% done"));
+// Strokes run along the longer side of the box (rows when it is square), serpentine, at
+// the inside speed and 2.3 V (117 of 255), with 0 V only after the pass. The stage at
+// (100, 200) um is under cell (500, 500); X has 6.4 steps/um, Y 1.6.
+TEST_F(RasterWriting, AClusterIsWrittenInSerpentineStrokesAlongTheLongerSideOfItsBox) {
+  struct Case {
+    int right, high;  // the cluster's cells from (500, 500) up to these
+    std::vector<std::string> moves, exposureSpeeds;
+  };
+  const Case cases[] = {
+      {504,
+       502,
+       {"m640", "M320", "G 5 117", "m659", "M320", "m659", "M321", "m640", "M321", "G 5 0"},
+       {"s4480", "S1"}},
+      {502,
+       504,
+       {"m640", "M320", "G 5 117", "m640", "M324", "m646", "M324", "m646", "M320", "G 5 0"},
+       {"s6", "S1120"}},
+      {503,
+       503,
+       {"m640", "M320", "G 5 117", "m652", "M320", "m652", "M321", "m640", "M321", "m640", "M323",
+        "m652", "M323", "G 5 0"},
+       {"s4480", "S1"}},
+  };
+  for (const Case& c : cases) {
+    TearDown();
+    SetUp();
+    station.stageX = 100;
+    station.stageY = 200;
+    darkInMask(500, 500, c.right, c.high);
+    StartRasterWriting();
+    EXPECT_EQ(sentOf("mMLG"), c.moves) << c.right << "," << c.high;
+    const std::vector<std::string> speeds = sentOf("sS");
+    EXPECT_EQ(std::vector<std::string>(speeds.begin(), speeds.begin() + 2),
+              (std::vector<std::string>{"s4480", "S1120"}))
+        << "X and Y take the inside speed, 700 um/s, before the pass";
+    const std::vector<std::string> sent = sentCommands();
+    const auto voltage = std::find(sent.begin(), sent.end(), "G 5 117");
+    ASSERT_LT(voltage + 2, sent.end());
+    EXPECT_EQ(std::vector<std::string>(voltage + 1, voltage + 3), c.exposureSpeeds);
+    EXPECT_EQ(station.doneCells, (c.right - 500) * (c.high - 500));
+    EXPECT_TRUE(hasLine("box Progress: Writing: 100% done"));
+  }
   EXPECT_EQ(writingActive, 1);  // the run clears it, not the engine
 }
 
-TEST_F(RasterWriting, AOnePixelClusterIsSkipped) {
+// Each pass writes the first run of marks of every row: a U needs two passes, a comb of
+// four teeth would need four, and its fourth tooth is left after the third. A one-cell
+// cluster ends its only stroke at offset 0 and is never written.
+TEST_F(RasterWriting, AClusterGetsUpToThreePassesOverWhatIsLeftInsideItsBox) {
+  darkInMask(450, 500, 480, 504);  // the U: a base of 30 x 4 cells, arms 4 wide, 16 high
+  darkInMask(450, 504, 454, 520);
+  darkInMask(476, 504, 480, 520);
+  darkInMask(500, 500, 540, 504);  // the comb: a base of 40 x 4, teeth 4 wide every 10 cells
+  for (int tooth = 0; tooth < 4; ++tooth) darkInMask(500 + 10 * tooth, 504, 504 + 10 * tooth, 520);
   darkInMask(600, 450, 601, 451);
   StartRasterWriting();
-  EXPECT_THAT(movesAndVoltages(), ElementsAre());
-  EXPECT_EQ(clusterCount, 0);  // the coarse pass found nothing: its grouping came last
+  EXPECT_EQ(getCell(finalPattern, 477, 510), kDarkCell) << "the U's second arm";
+  EXPECT_EQ(getCell(finalPattern, 521, 510), kDarkCell) << "the comb's third tooth";
+  EXPECT_EQ(getCell(finalPattern, 531, 510), kBrightCell) << "the comb's fourth tooth";
+  EXPECT_EQ(getCell(finalPattern, 600, 450), kBrightCell) << "the single cell";
+  EXPECT_EQ(station.doneCells, (120 + 2 * 64) + (160 + 3 * 64));
 }
 
 TEST_F(RasterWriting, TheCoarseRasterIsTheBlockThresholdOutsideTheBrightCentre) {
@@ -91,18 +129,21 @@ TEST_F(RasterWriting, TheCoarseRasterIsTheBlockThresholdOutsideTheBrightCentre) 
   EXPECT_EQ(darkCells(coarsePattern), 0);
 }
 
-TEST_F(RasterWriting, TheDefocusGoesToTheXReadingPlusDzBeforeTheCoarsePass) {
+TEST_F(RasterWriting, TheCoarsePassFollowsTheDefocusAtTheOutsideSpeedAndVoltage) {
   MoveAxisAndWait(serialLink, 0, 1200.0);
   virtualSerialClearWritten();
   station.stageX = 1200;
   station.defocusUm = 5;
-  station.outsideVoltage = 2.6;
   darkInMask(100, 100, 120, 110);  // outside the centre: four coarse cells by two
   StartRasterWriting();
-  const std::vector<std::string> kept = movesAndVoltages();
-  const auto defocus = std::find(kept.begin(), kept.end(), "L1928");  // 1205 um
-  ASSERT_NE(defocus, kept.end());
-  EXPECT_NE(std::find(defocus, kept.end(), "G 5 132"), kept.end());  // 2.6 V, after it
+  const std::vector<std::string> kept = sentOf("sSmMLG");
+  // Z goes to the X reading plus Dz, 1205 um; then X and Y take the outside speed, 350 um/s.
+  const auto defocus = std::find(kept.begin(), kept.end(), "L1928");
+  ASSERT_LT(defocus + 2, kept.end());
+  EXPECT_THAT(std::vector<std::string>(defocus + 1, defocus + 3), ElementsAre("s2240", "S560"));
+  const auto voltage = std::find(defocus, kept.end(), "G 5 132");  // 2.6 V
+  ASSERT_LT(voltage + 1, kept.end());
+  EXPECT_EQ(*(voltage + 1), "s2240") << "the coarse strokes run at the outside speed";
   // The coarse strokes are 5 cells a step: X from 1200 + (20 x 5 - 500) um.
   EXPECT_NE(std::find(defocus, kept.end(), "m5120"), kept.end());  // 800 um = 5120 steps
 }
@@ -113,38 +154,57 @@ TEST_F(RasterWriting, CenterWritingOnlySkipsTheDefocusAndTheCoarsePass) {
   darkInMask(500, 500, 510, 505);
   centerWritingOnly = 1;
   StartRasterWriting();
-  for (const std::string& c : movesAndVoltages()) {
-    EXPECT_NE(c[0], 'L') << c;
-    EXPECT_NE(c, "G 5 132") << c;
-  }
+  EXPECT_THAT(sentOf("L"), ElementsAre());
   EXPECT_EQ(station.doneCells, 50);
   EXPECT_EQ(getCell(finalPattern, 105, 105), kBrightCell);
 }
 
-TEST_F(RasterWriting, AStopDuringAStrokeFinishesTheMoveSetsZeroVoltsAndWritesNothingMore) {
-  darkInMask(500, 500, 540, 510);  // ten row strokes of 40 cells
-  // A first run on a fresh board and clock gives the time of the first exposure move.
-  StartRasterWriting();
+// The stop is taken after the stroke, the cluster or the defocus move under way: the move
+// finishes, the laser is at 0 V and nothing more is written.
+TEST_F(RasterWriting, AStopEndsTheRunAfterTheStrokeTheClusterOrTheDefocusUnderWay) {
+  auto paintAndWrite = [this] {
+    station.defocusUm = 200;
+    darkInMask(450, 450, 490, 452);  // fine cluster A: two strokes of 40 cells
+    darkInMask(500, 500, 506, 503);  // fine cluster B: 18 cells
+    darkInMask(100, 100, 120, 110);  // a coarse cluster
+    StartRasterWriting();
+  };
+  // A first run on a fresh board and clock gives the times to click at.
+  paintAndWrite();
   const std::vector<BoardCommandRecord> first = virtualSerialBoard().commands;
-  auto voltage = std::find_if(first.begin(), first.end(),
-                              [](const BoardCommandRecord& r) { return r.text == "G 5 117"; });
-  ASSERT_NE(voltage, first.end());
-  auto exposureMove = std::find_if(voltage, first.end(),
-                                   [](const BoardCommandRecord& r) { return r.text[0] == 'm'; });
-  ASSERT_NE(exposureMove, first.end());
-  const uint64_t clickAtMs = exposureMove->timeMs + 20;
-
-  // The same run again, with the operator clicking during that move and confirming.
-  TearDown();
-  SetUp();
-  darkInMask(500, 500, 540, 510);
-  recordedScriptClick(clickAtMs, QueuedTarget::MainWindow);
-  recordedQueueAnswer(Answer::Yes);
-  StartRasterWriting();
-  EXPECT_EQ(station.stopRequested, 1);
-  EXPECT_THAT(movesAndVoltages(), ElementsAre("m0", "M0", "G 5 117", "m249", "M0", "G 5 0"));
-  EXPECT_DOUBLE_EQ(boardAxisUm(virtualSerialBoard(), 0, virtualClockNow()), 249 / 6.4);
-  EXPECT_EQ(station.doneCells, 40);
+  auto timeAfter = [&](const std::string& text, char nextFirstLetter) {
+    auto it = std::find_if(first.begin(), first.end(),
+                           [&](const BoardCommandRecord& r) { return r.text == text; });
+    it = std::find_if(it + 1, first.end(),
+                      [&](const BoardCommandRecord& r) { return r.text[0] == nextFirstLetter; });
+    return it == first.end() ? 0 : it->timeMs;
+  };
+  struct Case {
+    const char* when;
+    uint64_t clickAtMs;
+    int doneCells;
+    bool defocused;
+  };
+  const Case cases[] = {
+      {"during A's first stroke", timeAfter("G 5 117", 'm') + 20, 40, false},
+      {"in the pause after A", timeAfter("G 5 117", 'G') + 100, 80, false},
+      {"during the defocus move", timeAfter("D 6 0", 'L') + 50, 98, true},
+  };
+  for (const Case& c : cases) {
+    TearDown();
+    SetUp();
+    recordedScriptClick(c.clickAtMs, QueuedTarget::MainWindow);
+    recordedQueueAnswer(Answer::Yes);
+    paintAndWrite();
+    EXPECT_EQ(station.stopRequested, 1) << c.when;
+    EXPECT_EQ(station.doneCells, c.doneCells) << c.when;
+    EXPECT_EQ(sentOf("L").size(), c.defocused ? 1u : 0u) << c.when;
+    EXPECT_EQ(boardPwm(virtualSerialBoard(), kBoardLaserChannel), 0) << c.when;
+    const std::string lastMove = sentOf("m").back();
+    EXPECT_DOUBLE_EQ(boardAxisUm(virtualSerialBoard(), 0, virtualClockNow() + 2000),
+                     std::stoi(lastMove.substr(1)) / 6.4)
+        << c.when;
+  }
 }
 
 // The distance in um from (x, y) to the nearest exposed stretch of the path.
