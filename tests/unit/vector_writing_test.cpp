@@ -75,13 +75,16 @@ TEST_F(VectorWriting, AClosedTriangleIsWrittenWithOneLaserOnPeriodAfterASlowAppr
   EXPECT_TRUE(hasLine("line display 616,514-716,514 width 3 pen 00ff00", recordedDisplayCalls()));
 }
 
-TEST_F(VectorWriting, AnUnknownWidthClassKeepsTheSpeedOfTheLineBefore) {
-  linePattern.segments = {{0, 0, 50, 0, 6}, {0, 20, 50, 20, 2}, {0, 40, 50, 40, 1}};
+// Each width class has its speed, and one it does not know keeps the speed before it. A line
+// that starts at the height where the one before ended, but elsewhere, is a separate line.
+TEST_F(VectorWriting, EachLineRunsAtItsWidthsSpeedAndSeparateLinesGetZeroVoltsBetween) {
+  linePattern.segments = {
+      {0, 0, 50, 0, 6}, {80, 0, 130, 0, 2}, {0, 40, 50, 40, 10}, {0, 60, 50, 60, 1}};
   StartVectorWriting(linePattern);
-  EXPECT_EQ(afterVoltageUp(0), "s384");  // 60 um/s
-  EXPECT_EQ(afterVoltageUp(1), "s384");
-  EXPECT_EQ(afterVoltageUp(2), "s768");  // 120 um/s
-  EXPECT_EQ(laserCommands().size(), 7u) << "three separate laser-on periods";
+  const Commands speeds = {"s384", "s384", "s256", "s768"};  // 60, 60, 40, 120 um/s
+  for (int line = 0; line < 4; ++line) EXPECT_EQ(afterVoltageUp(line), speeds[line]) << line;
+  EXPECT_EQ(laserCommands(), (Commands{"D 6 0", "G 5 66", "G 5 0", "G 5 66", "G 5 0", "G 5 66",
+                                       "G 5 0", "G 5 66", "G 5 0"}));
 }
 
 TEST_F(VectorWriting, PointsAreCutToWholeMicrometresAndOffsetByTheRunAndTheLaserShift) {
