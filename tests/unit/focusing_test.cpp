@@ -1,6 +1,7 @@
 // Coarse focusing; on the virtual station the sample is sharp at stage Z = 0 and X rests at
 // 0 after the port opened.
 #include <algorithm>
+#include <cstring>
 
 #include "app/command_dispatch.h"
 #include "app/live_view_control.h"
@@ -39,20 +40,27 @@ class Focusing : public LinkTest {
   }
 };
 
-void fillPlane(BinnedPlane& plane, float value) {
-  for (auto& row : plane) std::fill(std::begin(row), std::end(row), value);
+// A grey frame (binned 100) with bright 4 x 4 pixel blocks (binned 200) at binned places
+// (i, j), alike in the three colours. A lone spot counts at itself and k before and after
+// it along i (one fewer within k of the edge): 400 at itself, 100 at each of the others.
+float sharpnessWithSpots(const std::vector<std::pair<int, int>>& spots) {
+  static ImageBuffer frame;
+  std::memset(frame.pixels, 100, kImageBufferBytes);
+  for (const auto& [i, j] : spots)
+    for (int y = 4 * j; y < 4 * j + 4; ++y) std::memset(frame.pixels + y * 4928 + 16 * i, 200, 16);
+  return frameSharpness(frame);
 }
 
-// Each bright spot counts at itself and at the places k before and after it along i.
-TEST(FocusMeasure, FewerThanElevenContrastPositionsGiveTheFloor) {
-  static BinnedPlane plane;
-  fillPlane(plane, 100.0f);
-  EXPECT_DOUBLE_EQ(planeSharpness(plane, kFocusOffset), 0.0001);
-  for (int spot = 0; spot < 3; ++spot) plane[50][50 + 20 * spot] = 200.0f;
-  EXPECT_DOUBLE_EQ(planeSharpness(plane, kFocusOffset), 0.0001) << "9 positions";
-  plane[50][110] = 200.0f;
-  // 12 positions: each spot gives 200 + 200 at itself and 100 at each neighbour.
-  EXPECT_DOUBLE_EQ(planeSharpness(plane, kFocusOffset), 4 * 600.0 / 12 / 100.0);
+TEST(FocusMeasure, ContrastIsMeasuredAtOffsetFiveWhereElevenPlacesOrMoreHaveIt) {
+  const std::pair<int, int> lone[] = {{50, 50}, {100, 50}, {150, 50}},
+                            edge[] = {{7, 100}, {7, 150}};
+  EXPECT_FLOAT_EQ(sharpnessWithSpots({lone[0], lone[1], lone[2], edge[0]}),
+                  (3 * 600 + 500) / 11.0 / 100.0);
+  EXPECT_FLOAT_EQ(sharpnessWithSpots({lone[0], lone[1], edge[0], edge[1]}), 0.0001f) << "10 places";
+  // Two spots k apart along j see each other: 300 at each instead of 400.
+  EXPECT_FLOAT_EQ(sharpnessWithSpots({{50, 50}, {50, 55}, {150, 150}, {150, 155}}),
+                  2 * (2 * 300 + 4 * 100) / 12.0 / 100.0);
+  EXPECT_EQ(recordedBoxText(Box::Status), "1.667");
 }
 
 TEST(FocusSearch, TheSearchGoesOnAtLeastFourStepsPastTheBest) {
