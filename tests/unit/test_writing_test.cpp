@@ -30,14 +30,18 @@ class TestWriting : public LinkTest {
     EXPECT_EQ(station.stopRequested, 0);
   }
 
-  // X extent of the exposure at each laser channel value.
-  static std::map<int, std::pair<double, double>> exposedXByPwm() {
-    std::map<int, std::pair<double, double>> extent;
+  struct Extent {
+    double left = 1e9, right = -1e9, low = 1e9, high = -1e9;
+  };
+  // Where the laser exposed at each laser channel value.
+  static std::map<int, Extent> exposedByPwm() {
+    std::map<int, Extent> extent;
     for (const BoardExposure& e : virtualSerialBoard().exposure) {
-      auto [it, fresh] =
-          extent.try_emplace(e.laserPwm, std::min(e.x0Um, e.x1Um), std::max(e.x0Um, e.x1Um));
-      it->second.first = std::min({it->second.first, e.x0Um, e.x1Um});
-      it->second.second = std::max({it->second.second, e.x0Um, e.x1Um});
+      Extent& x = extent[e.laserPwm];
+      x.left = std::min({x.left, e.x0Um, e.x1Um});
+      x.right = std::max({x.right, e.x0Um, e.x1Um});
+      x.low = std::min({x.low, e.y0Um, e.y1Um});
+      x.high = std::max({x.high, e.y0Um, e.y1Um});
     }
     return extent;
   }
@@ -48,20 +52,58 @@ class TestWriting : public LinkTest {
   }
 };
 
-TEST_F(TestWriting, LongStrokeRunsWriteConsecutiveRecordsAndRowsOfRisingVoltage) {
+// Both go to the laser's place and lower Z by its Z shift (30 um) plus their own DZ, then
+// write five rows 800 um apart at rising voltage, and come back. The long stroke test
+// writes each row as 19 strokes of 200 um at 200 um/s; the PR test as 100 steps of 41 um
+// at the skip speed / 8 (600 / 8 = 75 um/s).
+TEST_F(TestWriting, TheRowProgramsWriteFiveRowsBelowTheLaserAndComeBack) {
+  struct Case {
+    int command;
+    std::string approachZ;
+    int firstPwm;
+    std::string rowSpeed;
+    double rowUm;
+  };
+  const Case cases[] = {{IDM_LONG_STROKE_TEST, "L32", 209, "s1280", 19 * 200.0},  // 4.1 V, -10 um
+                        {IDM_PR_TEST, "L-32", 193, "s480", 100 * 41.0}};          // 3.8 V, -50 um
+  for (const Case& c : cases) {
+    TearDown();
+    SetUp();
+    laser.laserShiftZ = 30;
+    dispatchCommand(c.command);
+    expectBackAtTheStartWithTheRunOver();
+    EXPECT_EQ(hasLine("timer 1: killed"), c.command == IDM_PR_TEST)
+        << "the PR test pauses the live view";
+    const std::vector<std::string> sent = sentCommands();
+    EXPECT_EQ(*std::find_if(sent.begin(), sent.end(), [](auto& s) { return s[0] == 'L'; }),
+              c.approachZ);
+    const auto voltage =
+        std::find_if(sent.begin(), sent.end(), [](auto& s) { return s.rfind("G 5 ", 0) == 0; });
+    ASSERT_NE(voltage, sent.end());
+    EXPECT_EQ(*voltage, "G 5 " + std::to_string(c.firstPwm));
+    EXPECT_LT(std::find(voltage, sent.end(), c.rowSpeed), std::find(voltage, sent.end(), "D 6 0"))
+        << "the first row runs at " << c.rowSpeed;
+    const auto rows = exposedByPwm();
+    ASSERT_EQ(rows.size(), 5u) << c.command;
+    int row = 0;
+    for (const auto& [pwm, x] : rows) {
+      // A row's voltage goes up as the stage comes back to the row start at 1000 um, which
+      // MoveXY leaves before the board has quite arrived.
+      EXPECT_GE(x.left, 999.0) << pwm;
+      EXPECT_LE(x.left, 1041.0) << pwm;
+      EXPECT_NEAR(x.right, 1000.0 + c.rowUm, 2.0) << pwm;
+      EXPECT_NEAR(x.high, 2000.0 + 800.0 * row++, 1.0) << pwm;
+    }
+  }
+}
+
+TEST_F(TestWriting, AStoppedLongStrokeRunStillWritesItsRecordNumberedAfterTheLast) {
   laser.laserShiftZ = 30;
   dispatchCommand(IDM_LONG_STROKE_TEST);
-  expectBackAtTheStartWithTheRunOver();
-  // Rows at 4.1 .. 4.5 V; each 19 strokes of 200 um from its start.
-  const auto extent = exposedXByPwm();
-  ASSERT_EQ(extent.size(), 5u);
-  EXPECT_EQ(extent.begin()->first, 209);  // 4.1 V of 5 V in 255 steps
-  for (const auto& [pwm, x] : extent) EXPECT_NEAR(x.second - x.first, 19 * 200.0, 2.0) << pwm;
-
   stopSoon();  // the second run is stopped during its approach, after its record
   dispatchCommand(IDM_LONG_STROKE_TEST);
   expectBackAtTheStartWithTheRunOver();
-  EXPECT_EQ(readFile(dataPaths.runFolder / "long stroke writing condition(0).txt"),
+  EXPECT_EQ(readFile(dataPaths.runFolder / "long stroke writing condition(1).txt"),
             "laser shift:(0,0,30)\n"
             "laser voltage start: 4.10 V, step: 0.10 V, lines=5\n"
             "DZ start: -10 (um), z_step=1 (um), N=20\n"
@@ -70,27 +112,11 @@ TEST_F(TestWriting, LongStrokeRunsWriteConsecutiveRecordsAndRowsOfRisingVoltage)
   EXPECT_EQ(longStrokeRecordNumber, 2);
 }
 
-TEST_F(TestWriting, EachPRRowAdvances4100UmWithTheVoltageUp) {
-  dispatchCommand(IDM_PR_TEST);
-  expectBackAtTheStartWithTheRunOver();
-  const auto extent = exposedXByPwm();
-  ASSERT_EQ(extent.size(), 5u);
-  EXPECT_EQ(extent.begin()->first, 193);  // 3.8 V
-  // A row's voltage goes up as the stage comes back to the row start at 1000 um, which
-  // MoveXY leaves before the board has quite arrived.
-  for (const auto& [pwm, x] : extent) {
-    EXPECT_GE(x.first, 999.0) << pwm;
-    EXPECT_LE(x.first, 1041.0) << pwm;
-    EXPECT_NEAR(x.second, 1000.0 + 100 * 41.0, 1.0) << pwm;
-  }
-  EXPECT_TRUE(hasLine("timer 1: killed")) << "the live view is paused first";
-}
-
 TEST_F(TestWriting, TheBlackTapeTestEndsAt4Point7VoltsButAStopSwitchesTheLaserOff) {
   dispatchCommand(IDM_BLACK_TAPE_TEST);
   expectBackAtTheStartWithTheRunOver();
   EXPECT_EQ(boardPwm(virtualSerialBoard(), 5), 239);  // 4.7 V
-  EXPECT_EQ(exposedXByPwm().size(), 1u);
+  EXPECT_EQ(exposedByPwm().size(), 1u);
 
   stopSoon();
   dispatchCommand(IDM_BLACK_TAPE_TEST);
