@@ -12,6 +12,9 @@ TEST_F(SerialLinkTest, OpeningSendsTheOriginQueriesAndSpeedsAndReadsThePositions
   serialLink.speedUmPerS[1] = 1000;
   serialLink.speedUmPerS[2] = 100;
   ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
+  const SerialLineSettings& line = virtualSerialLineSettings();  // 9600 baud, 8N1
+  EXPECT_EQ(std::tuple(line.baudRate, line.byteSize, line.parity, line.stopBits),
+            std::tuple(9600u, 8, 0, 0));
   const char expected[] = "z\0p\0P\0Q\0s6400\0a32000\0S1600\0T160";  // and its own NUL
   EXPECT_EQ(virtualSerialWritten(), std::string(expected, sizeof expected));
   EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 1000.0);
