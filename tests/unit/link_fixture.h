@@ -41,6 +41,23 @@ class LinkTest : public StationTest {
     return commands;
   }
 
+  // Those whose first letter is one of these.
+  static std::vector<std::string> sentOf(const std::string& letters) {
+    std::vector<std::string> kept;
+    for (const std::string& c : sentCommands())
+      if (letters.find(c[0]) != std::string::npos) kept.push_back(c);
+    return kept;
+  }
+
+  // Commands as one text with commas between: at most count of them from first.
+  static std::string joined(const std::vector<std::string>& commands, size_t first = 0,
+                            size_t count = SIZE_MAX) {
+    std::string text;
+    for (size_t i = first; i < commands.size() && i - first < count; ++i)
+      text += (text.empty() ? "" : ",") + commands[i];
+    return text;
+  }
+
   static std::string lastStatus() {
     const auto& calls = recordedCalls();
     for (auto it = calls.rbegin(); it != calls.rend(); ++it)
