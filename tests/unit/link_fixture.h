@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdio>
+#include <map>
 #include <sstream>
 
 #include "station_fixture.h"
@@ -56,6 +57,22 @@ class LinkTest : public StationTest {
     for (size_t i = first; i < commands.size() && i - first < count; ++i)
       text += (text.empty() ? "" : ",") + commands[i];
     return text;
+  }
+
+  // The box the board's laser exposed at each laser channel value, um.
+  struct Extent {
+    double left = 1e9, right = -1e9, low = 1e9, high = -1e9;
+  };
+  static std::map<int, Extent> exposedByPwm() {
+    std::map<int, Extent> extent;
+    for (const BoardExposure& e : virtualSerialBoard().exposure) {
+      Extent& x = extent[e.laserPwm];
+      x.left = std::min({x.left, e.x0Um, e.x1Um});
+      x.right = std::max({x.right, e.x0Um, e.x1Um});
+      x.low = std::min({x.low, e.y0Um, e.y1Um});
+      x.high = std::max({x.high, e.y0Um, e.y1Um});
+    }
+    return extent;
   }
 
   static std::string lastStatus() {

@@ -30,22 +30,6 @@ class TestWriting : public LinkTest {
     EXPECT_EQ(station.stopRequested, 0);
   }
 
-  struct Extent {
-    double left = 1e9, right = -1e9, low = 1e9, high = -1e9;
-  };
-  // Where the laser exposed at each laser channel value.
-  static std::map<int, Extent> exposedByPwm() {
-    std::map<int, Extent> extent;
-    for (const BoardExposure& e : virtualSerialBoard().exposure) {
-      Extent& x = extent[e.laserPwm];
-      x.left = std::min({x.left, e.x0Um, e.x1Um});
-      x.right = std::max({x.right, e.x0Um, e.x1Um});
-      x.low = std::min({x.low, e.y0Um, e.y1Um});
-      x.high = std::max({x.high, e.y0Um, e.y1Um});
-    }
-    return extent;
-  }
-
   void stopSoon() {
     recordedScriptClick(virtualClockNow() + 20, QueuedTarget::MainWindow);
     recordedQueueAnswer(Answer::Yes);
