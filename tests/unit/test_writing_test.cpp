@@ -1,8 +1,6 @@
 // The three test programs, started from the menu with the stage at (1000, 2000) um, Z 0.
 #include "link/test_writing.h"
 
-#include <map>
-
 #include "app/command_dispatch.h"
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
@@ -38,35 +36,26 @@ class TestWriting : public LinkTest {
 
 // Both go to the laser's place and lower Z by its Z shift (30 um) plus their own DZ, then
 // write five rows 800 um apart at rising voltage, and come back. The long stroke test
-// writes each row as 19 strokes of 200 um at 200 um/s; the PR test as 100 steps of 41 um
-// at the skip speed / 8 (600 / 8 = 75 um/s).
+// writes each row as 19 strokes of 200 um at 200 um/s from 4.1 V (209 of 255); the PR test
+// as 100 steps of 41 um at the skip speed / 8 (600 / 8 = 75 um/s) from 3.8 V.
 TEST_F(TestWriting, TheRowProgramsWriteFiveRowsBelowTheLaserAndComeBack) {
   struct Case {
     int command;
-    std::string approachZ;
-    int firstPwm;
-    std::string rowSpeed;
+    const char *approachZ, *firstRow;  // Z 30 - 10 = 20 um, 30 - 50 = -20 um
     double rowUm;
   };
-  const Case cases[] = {{IDM_LONG_STROKE_TEST, "L32", 209, "s1280", 19 * 200.0},  // 4.1 V, -10 um
-                        {IDM_PR_TEST, "L-32", 193, "s480", 100 * 41.0}};          // 3.8 V, -50 um
+  const Case cases[] = {{IDM_LONG_STROKE_TEST, "L32", "G 5 209,s6,S320,s1280,S1", 19 * 200.0},
+                        {IDM_PR_TEST, "L-32", "G 5 193,s480", 100 * 41.0}};
   for (const Case& c : cases) {
     TearDown();
     SetUp();
     laser.laserShiftZ = 30;
     dispatchCommand(c.command);
     expectBackAtTheStartWithTheRunOver();
-    EXPECT_EQ(hasLine("timer 1: killed"), c.command == IDM_PR_TEST)
-        << "the PR test pauses the live view";
-    const std::vector<std::string> sent = sentCommands();
-    EXPECT_EQ(*std::find_if(sent.begin(), sent.end(), [](auto& s) { return s[0] == 'L'; }),
-              c.approachZ);
-    const auto voltage =
-        std::find_if(sent.begin(), sent.end(), [](auto& s) { return s.rfind("G 5 ", 0) == 0; });
-    ASSERT_NE(voltage, sent.end());
-    EXPECT_EQ(*voltage, "G 5 " + std::to_string(c.firstPwm));
-    EXPECT_LT(std::find(voltage, sent.end(), c.rowSpeed), std::find(voltage, sent.end(), "D 6 0"))
-        << "the first row runs at " << c.rowSpeed;
+    EXPECT_EQ(hasLine("timer 1: killed"), c.command == IDM_PR_TEST) << "the PR test pauses it";
+    EXPECT_EQ(sentOf("L")[0], c.approachZ);
+    const std::string voltagesAndSpeeds = joined(sentOf("GsS"));
+    EXPECT_EQ(voltagesAndSpeeds.find(c.firstRow), voltagesAndSpeeds.find("G 5 ")) << c.firstRow;
     const auto rows = exposedByPwm();
     ASSERT_EQ(rows.size(), 5u) << c.command;
     int row = 0;
