@@ -56,6 +56,7 @@ TEST_F(TestWriting, TheRowProgramsWriteFiveRowsBelowTheLaserAndComeBack) {
     EXPECT_EQ(sentOf("L")[0], c.approachZ);
     const std::string voltagesAndSpeeds = joined(sentOf("GsS"));
     EXPECT_EQ(voltagesAndSpeeds.find(c.firstRow), voltagesAndSpeeds.find("G 5 ")) << c.firstRow;
+    EXPECT_NE(voltagesAndSpeeds.find("s5120"), std::string::npos) << "to a row at 800 um/s";
     const auto rows = exposedByPwm();
     ASSERT_EQ(rows.size(), 5u) << c.command;
     int row = 0;
