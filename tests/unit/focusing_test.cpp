@@ -1,7 +1,7 @@
 // Coarse focusing; on the virtual station the sample is sharp at stage Z = 0 and X rests at
 // 0 after the port opened.
-#include <algorithm>
 #include <cstring>
+#include <tuple>
 
 #include "app/command_dispatch.h"
 #include "app/live_view_control.h"
@@ -34,10 +34,6 @@ class Focusing : public LinkTest {
     CameraSetup(camera, 4);  // manual gain and exposure, as at start-up
     openWithSpeeds(1000, 1000, 1000);
   }
-
-  static int statusLinesStartingWith(const std::string& prefix) {
-    return static_cast<int>(linesAfter("status: " + prefix, recordedCalls()).size());
-  }
 };
 
 // A grey frame (binned 100) with bright 4 x 4 pixel blocks (binned 200) at binned places
@@ -63,14 +59,16 @@ TEST(FocusMeasure, ContrastIsMeasuredAtOffsetFiveWhereElevenPlacesOrMoreHaveIt) 
   EXPECT_EQ(recordedBoxText(Box::Status), "1.667");
 }
 
-TEST(FocusSearch, TheSearchGoesOnAtLeastFourStepsPastTheBest) {
-  // The best at step 10, then a sharp fall: the search ends at step 14, not before.
-  for (int step = 11; step <= 13; ++step)
-    EXPECT_FALSE(searchPassedPeak(1.0f, 0.2f, 0.1f, step, 10));
-  EXPECT_TRUE(searchPassedPeak(1.0f, 0.2f, 0.1f, 14, 10));
-  EXPECT_FALSE(searchPassedPeak(1.0f, 0.2f, 0.8f, 14, 10)) << "not fallen below 80 %";
-  EXPECT_FALSE(searchPassedPeak(1.0f, 0.9f, 0.1f, 14, 10)) << "peak not 1.2 x the least";
-  EXPECT_FALSE(searchPassedPeak(0.09f, 0.01f, 0.01f, 14, 10)) << "peak not above 0.1";
+// The best at step 10, then a sharp fall: the search ends at step 14, not before, and only
+// when the peak stands 1.2 x above the least, above 0.1 and the value fell below 80 % of it.
+TEST(FocusSearch, TheSearchEndsFourStepsPastAClearPeak) {
+  const std::tuple<float, float, float, int, bool> cases[] = {{1.0f, 0.2f, 0.1f, 13, false},
+                                                              {1.0f, 0.2f, 0.1f, 14, true},
+                                                              {1.0f, 0.2f, 0.8f, 14, false},
+                                                              {1.0f, 0.9f, 0.1f, 14, false},
+                                                              {0.09f, 0.01f, 0.01f, 14, false}};
+  for (const auto& [best, least, now, step, ends] : cases)
+    EXPECT_EQ(searchPassedPeak(best, least, now, step, 10), ends) << best << least << now << step;
 }
 
 // "Focus" started 450 um below focus: with its lift of 500 um the walk down in 5 um steps passes
@@ -82,9 +80,9 @@ TEST_F(Focusing, OnTheVirtualCameraTheSearchStopsPastThePeakAndDrivesZToTheBest)
   recordedFeedbackReset();
   dispatchCommand(IDC_FOCUS);  // lamp on, lift 500 um, 300 um/s
 
-  const int steps = statusLinesStartingWith("Focusing [");
-  EXPECT_GE(steps, 14);
-  EXPECT_LE(steps, 30);
+  const size_t steps = linesAfter("status: Focusing [", recordedCalls()).size();
+  EXPECT_GE(steps, 14u);
+  EXPECT_LE(steps, 30u);
   EXPECT_TRUE(hasLine("status: Course Focusing Completed"));
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
   EXPECT_EQ(serialLink.speedUmPerS[0], 600) << "X left at twice the speed";
@@ -108,11 +106,8 @@ TEST_F(Focusing, AFlatPictureOnTheLowerLimitEndsWithTheErrorAndZAtTheStartReadin
   recordedFeedbackReset();
   dispatchCommand(IDC_FOCUS);
 
-  const auto sent = sentCommands();
-  ASSERT_GE(sent.size(), 2u);
-  EXPECT_EQ(sent[0], "D 6 0") << "laser off";
-  EXPECT_EQ(sent[1], "D 7 5") << "lamp on";
-  EXPECT_EQ(statusLinesStartingWith("Focusing ["), 1);
+  EXPECT_EQ(joined(sentCommands(), 0, 2), "D 6 0,D 7 5") << "laser off, lamp on";
+  EXPECT_EQ(linesAfter("status: Focusing [", recordedCalls()).size(), 1u);
   EXPECT_TRUE(hasLine("message Error in focusing: Please, adjust the sample posion"));
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -1000.0);
 }

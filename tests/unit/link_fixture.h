@@ -34,20 +34,15 @@ class LinkTest : public StationTest {
     virtualSerialClearWritten();
   }
 
-  // The commands written since the last clear, split at their NUL terminators.
-  static std::vector<std::string> sentCommands() {
+  // The commands written since the last clear, split at their NUL terminators; only those
+  // whose first letter is one of `letters` when they are given.
+  static std::vector<std::string> sentCommands(const std::string& letters = "") {
     std::vector<std::string> commands;
     std::istringstream written(virtualSerialWritten());
-    for (std::string command; std::getline(written, command, '\0');) commands.push_back(command);
+    for (std::string command; std::getline(written, command, '\0');)
+      if (letters.empty() || letters.find(command[0]) != std::string::npos)
+        commands.push_back(command);
     return commands;
-  }
-
-  // Those whose first letter is one of these.
-  static std::vector<std::string> sentOf(const std::string& letters) {
-    std::vector<std::string> kept;
-    for (const std::string& c : sentCommands())
-      if (letters.find(c[0]) != std::string::npos) kept.push_back(c);
-    return kept;
   }
 
   // Commands as one text with commas between: at most count of them from first.

@@ -53,8 +53,8 @@ TEST_F(TestWriting, TheRowProgramsWriteFiveRowsBelowTheLaserAndComeBack) {
     dispatchCommand(c.command);
     expectBackAtTheStartWithTheRunOver();
     EXPECT_EQ(hasLine("timer 1: killed"), c.command == IDM_PR_TEST) << "the PR test pauses it";
-    EXPECT_EQ(sentOf("L")[0], c.approachZ);
-    const std::string voltagesAndSpeeds = joined(sentOf("GsS"));
+    EXPECT_EQ(sentCommands("L")[0], c.approachZ);
+    const std::string voltagesAndSpeeds = joined(sentCommands("GsS"));
     EXPECT_EQ(voltagesAndSpeeds.find(c.firstRow), voltagesAndSpeeds.find("G 5 ")) << c.firstRow;
     EXPECT_NE(voltagesAndSpeeds.find("s5120"), std::string::npos) << "to a row at 800 um/s";
     const auto rows = exposedByPwm();

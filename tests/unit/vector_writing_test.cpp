@@ -38,8 +38,8 @@ class VectorWriting : public LinkTest {
 TEST_F(VectorWriting, AClosedTriangleIsWrittenWithOneLaserOnPeriodAfterASlowApproach) {
   linePattern.segments = {{0, 0, 100, 0, 3}, {100, 0, 100, 100, 3}, {100, 100, 0, 0, 3}};
   StartVectorWriting(linePattern);
-  EXPECT_EQ(joined(sentOf("GD")), "D 6 0,G 5 66,G 5 0");
-  EXPECT_EQ(joined(sentOf("sS"), 0, 2), "s384,S192");
+  EXPECT_EQ(joined(sentCommands("GD")), "D 6 0,G 5 66,G 5 0");
+  EXPECT_EQ(joined(sentCommands("sS"), 0, 2), "s384,S192");
   EXPECT_EQ(writingSpeeds(), "s640");
   // The line's y runs against the stage's Y. MoveXY ends within 2 um of its target along
   // its longer axis (the other may trail a little more).
@@ -61,7 +61,8 @@ TEST_F(VectorWriting, EachLineRunsAtItsWidthsSpeedAndSeparateLinesGetZeroVoltsBe
       {0, 0, 50, 0, 6}, {80, 0, 130, 0, 2}, {0, 40, 50, 40, 10}, {0, 60, 50, 60, 1}};
   StartVectorWriting(linePattern);
   EXPECT_EQ(writingSpeeds(), "s384,s384,s256,s768");  // 60, 60, 40, 120 um/s
-  EXPECT_EQ(joined(sentOf("GD")), "D 6 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0");
+  EXPECT_EQ(joined(sentCommands("GD")),
+            "D 6 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0");
 }
 
 TEST_F(VectorWriting, PointsAreCutToWholeMicrometresAndOffsetByTheRunAndTheLaserShift) {
@@ -82,7 +83,7 @@ TEST_F(VectorWriting, AStopIsHonouredAtTheEndOfAChainAndSkipsTheSave) {
   recordedQueueAnswer(Answer::Yes);
   StartVectorWriting(linePattern);
   EXPECT_TRUE(hasLine("status: Line 3/4 has drawn."));
-  EXPECT_EQ(joined(sentOf("GD")), "D 6 0,G 5 66,G 5 0");
+  EXPECT_EQ(joined(sentCommands("GD")), "D 6 0,G 5 66,G 5 0");
   EXPECT_EQ(station.stopRequested, 1);
   EXPECT_FALSE(std::filesystem::exists(lineFile()));
 }
@@ -104,7 +105,7 @@ TEST_F(VectorWriting, WithNothingToWriteOnlyAnEmptyListIsSaved) {
     linePattern.active = c.active;
     linePattern.segments = c.lines;
     StartVectorWriting(linePattern);
-    EXPECT_EQ(joined(sentOf("mMGD")), c.sent);
+    EXPECT_EQ(joined(sentCommands("mMGD")), c.sent);
     EXPECT_EQ(writingActive, c.stop) << "the run clears it after a stop";
     EXPECT_EQ(std::filesystem::exists(lineFile()), c.lines.empty());
   }
