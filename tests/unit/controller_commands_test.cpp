@@ -25,6 +25,11 @@ TEST_F(ControllerCommandsTest, EachCallSendsItsCommandScaledAndClamped) {
       {[] { SetLaserVoltage(laser, 2.5), SetLaserVoltage(laser, 2.5); }, "G 5 127"},
       {[] { EXPECT_EQ(SwitchLaser(laser, 1), 0); }, "D 6 5,G 5 117"},
       {[] { SwitchLaser(laser, 0), SwitchLaser(laser, 0); }, "D 6 0,G 5 0,D 6 0"},
+      // Mode 2 goes back to the state before the last switch; the lamp's resends it as it is.
+      {[] { SwitchLaser(laser, 1), SwitchLaser(laser, 0), SwitchLaser(laser, 2); },
+       "D 6 5,G 5 117,D 6 0,G 5 0,D 6 5,G 5 117"},
+      {[] { SwitchIllumination(1), SwitchIllumination(0), SwitchIllumination(2); },
+       "D 7 5,D 7 0,D 7 5"},
   };
   for (const auto& [call, sent] : cases) {
     virtualSerialClearWritten();
@@ -35,7 +40,10 @@ TEST_F(ControllerCommandsTest, EachCallSendsItsCommandScaledAndClamped) {
   EXPECT_EQ(serialLink.speedUmPerS[1], 1);
   EXPECT_EQ(serialLink.lastMoveSteps, -160);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
-  EXPECT_EQ(recordedBoxText(Box::LaserVoltage), "0.00");
+  EXPECT_EQ(recordedBoxText(Box::LaserVoltage), "2.30");
+  EXPECT_EQ(SwitchIllumination(2), 1) << "the lamp's state before its last switch";
+  EXPECT_EQ(laser.laserOn, 1);
+  EXPECT_TRUE(hasLine("radio 3105-3106: 3105"));
   EXPECT_TRUE(hasLine("radio 3000-3001: 3000"));
   EXPECT_TRUE(hasLine("radio 3000-3001: 3001"));
 }
@@ -50,21 +58,4 @@ TEST_F(ControllerCommandsTest, TheFirstMoveAfterAZeroIsRefusedUntilBothDirection
   MoveAxisTo(serialLink, 1, 50.0);  // up: clears lower, sent
   EXPECT_EQ(joined(sentCommands()), "Z,M80");
   EXPECT_EQ(serialLink.lowerLimit[1], 0.0);
-}
-
-// Mode 2 goes back to the state before the last switch; the lamp's resends it unchanged.
-TEST_F(ControllerCommandsTest, RestoreReturnsTheLaserAndTheLampToTheirPreviousState) {
-  openWithSpeeds(1000, 1000, 100);
-  SwitchLaser(laser, 0);
-  SwitchLaser(laser, 1);  // previous: off
-  SwitchLaser(laser, 0);  // previous: on
-  SwitchIllumination(1);  // previous 0
-  SwitchIllumination(0);  // previous 1
-  virtualSerialClearWritten();
-  SwitchLaser(laser, 2);
-  EXPECT_EQ(laser.laserOn, 1);
-  EXPECT_EQ(SwitchIllumination(2), 1);
-  EXPECT_EQ(SwitchIllumination(2), 1);
-  EXPECT_EQ(joined(sentCommands()), "D 6 5,G 5 117,D 7 5,D 7 5");
-  EXPECT_TRUE(hasLine("radio 3105-3106: 3105"));
 }
