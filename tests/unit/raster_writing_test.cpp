@@ -108,41 +108,34 @@ TEST_F(RasterWriting, TheCoarseRasterIsTheBlockThresholdOutsideTheBrightCentre) 
   EXPECT_EQ(darkCells(coarsePattern), 0);
 }
 
-TEST_F(RasterWriting, TheCoarsePassFollowsTheDefocusAtTheOutsideSpeedAndVoltage) {
-  MoveAxisAndWait(serialLink, 0, 1200.0);
-  virtualSerialClearWritten();
-  station.stageX = 1200;
-  station.defocusUm = 5;
-  darkInMask(100, 100, 120, 110);  // outside the centre: four coarse cells by two
-  StartRasterWriting();
-  const std::vector<std::string> kept = sentCommands("sSmMLG");
-  const size_t defocus = std::find(kept.begin(), kept.end(), "L1928") - kept.begin();
-  // Z to the X reading plus Dz (1205 um), X and Y at the outside speed, 350 um/s; then the
-  // first stroke at 2.6 V, from 1200 + (20 x 5 - 500) um = 800 um to 815 um, 5 cells a step.
-  EXPECT_EQ(joined(kept, defocus, 12),
-            "L1928,s2240,S560,s2240,S560,m5120,M-640,G 5 132,s2240,S1,m5216,M-640");
-}
-
-// The stop is taken after the stroke, the cluster or the defocus move under way: the move
-// finishes, the laser is at 0 V and nothing more is written.
-TEST_F(RasterWriting, AStopEndsTheRunAfterTheStrokeTheClusterOrTheDefocusUnderWay) {
+// After the fine pass Z goes to the X reading plus Dz and the coarse pass follows at the
+// outside speed and voltage. A stop is taken after the stroke, the cluster or the defocus
+// move under way: the move finishes, the laser is at 0 V and nothing more is written.
+TEST_F(RasterWriting, TheCoarsePassFollowsTheDefocusAndAStopEndsTheRunAtTheNextCheck) {
   auto paintAndWrite = [this] {
-    station.defocusUm = 200;
+    MoveAxisAndWait(serialLink, 0, 1200.0);
+    station.stageX = 1200;
+    station.defocusUm = 5;
     darkInMask(450, 450, 490, 452);  // fine cluster A: two strokes of 40 cells
     darkInMask(500, 500, 506, 503);  // fine cluster B: 18 cells
-    darkInMask(100, 100, 120, 110);  // a coarse cluster
+    darkInMask(100, 100, 120, 110);  // a coarse cluster of four blocks by two
     StartRasterWriting();
   };
-  // A first run on a fresh board and clock gives the times to click at: the first "G 5 0"
-  // ends A's pass, and its pause follows.
   paintAndWrite();
+  // Z to 1205 um, X and Y at 350 um/s; the first coarse stroke at 2.6 V from 1200 + (20 x 5
+  // - 500) um = 800 um to 815 um, 5 cells a step.
+  const std::vector<std::string> kept = sentCommands("sSmMLG");
+  const size_t defocus = std::find(kept.begin(), kept.end(), "L1928") - kept.begin();
+  EXPECT_EQ(joined(kept, defocus, 12),
+            "L1928,s2240,S560,s2240,S555,m5120,M-640,G 5 132,s2240,S1,m5216,M-640");
+  // The times to click at, from this run: the first "G 5 0" ends A's pass, its pause follows.
   std::map<std::string, uint64_t> sentAt;
   for (const BoardCommandRecord& r : virtualSerialBoard().commands)
     sentAt.try_emplace(r.text, r.timeMs);
   const std::tuple<const char*, uint64_t, int, size_t> cases[] = {
       {"during A's first stroke", sentAt["G 5 117"] + 20, 40, 0},
       {"in the pause after A", sentAt["G 5 0"] + 100, 80, 0},
-      {"during the defocus move", sentAt["L320"] + 50, 98, 1}};
+      {"during the defocus move", sentAt["L1928"] + 50, 98, 1}};
   for (const auto& [when, clickAtMs, doneCells, defocusMoves] : cases) {
     TearDown();
     SetUp();
