@@ -1,13 +1,11 @@
 // Coarse focusing; on the virtual station the sample is sharp at stage Z = 0 and X rests at
 // 0 after the port opened.
 #include <cstring>
-#include <tuple>
 
 #include "app/command_dispatch.h"
 #include "app/live_view_control.h"
 #include "camera/Basler_camera.h"
 #include "link/coarse_focusing.h"
-#include "link/controller_commands.h"
 #include "link/focus_measure.h"
 #include "link/stage_motion.h"
 #include "link_fixture.h"

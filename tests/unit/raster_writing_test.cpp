@@ -6,16 +6,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <tuple>
 
 #include "app/shell_commands.h"
-#include "link/controller_commands.h"
 #include "link/stage_motion.h"
 #include "link_fixture.h"
-#include "pattern/grouping.h"
 #include "pattern_fixture.h"
-#include "sim/virtual_station.h"
 
 using ::testing::ElementsAre;
 

@@ -1,4 +1,3 @@
-#include <tuple>
 
 #include "link/controller_commands.h"
 #include "link_fixture.h"

@@ -1,7 +1,6 @@
 #include "app/settings.h"
 
 #include "app/startup.h"
-#include "pattern/cluster_table.h"
 #include "sim/virtual_camera.h"
 #include "station_fixture.h"
 

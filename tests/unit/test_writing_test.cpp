@@ -2,7 +2,6 @@
 #include "link/test_writing.h"
 
 #include "app/command_dispatch.h"
-#include "link/controller_commands.h"
 #include "link/stage_motion.h"
 #include "link_fixture.h"
 #include "resources/resource.h"

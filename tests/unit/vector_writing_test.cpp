@@ -2,7 +2,6 @@
 // run has remembered the stage at (100, 200) um and set writingActive with the stop clear.
 #include "link/vector_writing.h"
 
-#include "link/controller_commands.h"
 #include "link_fixture.h"
 #include "sim/recorded_display.h"
 
@@ -56,22 +55,18 @@ TEST_F(VectorWriting, AClosedTriangleIsWrittenWithOneLaserOnPeriodAfterASlowAppr
 
 // Each width class has its speed, and one it does not know keeps the speed before it. A line
 // that starts at the height where the one before ended, but elsewhere, is a separate line.
+// Points are cut to whole micrometres and offset by the run's Dx, Dy and the laser shift.
 TEST_F(VectorWriting, EachLineRunsAtItsWidthsSpeedAndSeparateLinesGetZeroVoltsBetween) {
-  linePattern.segments = {
-      {0, 0, 50, 0, 6}, {80, 0, 130, 0, 2}, {0, 40, 50, 40, 10}, {0, 60, 50, 60, 1}};
-  StartVectorWriting(linePattern);
-  EXPECT_EQ(writingSpeeds(), "s384,s384,s256,s768");  // 60, 60, 40, 120 um/s
-  EXPECT_EQ(joined(sentCommands("GD")),
-            "D 6 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0");
-}
-
-TEST_F(VectorWriting, PointsAreCutToWholeMicrometresAndOffsetByTheRunAndTheLaserShift) {
   station.offsetX = -3.0;
   station.offsetY = 10.0;
   laser.laserShiftX = 7;
   laser.laserShiftY = 5;
-  linePattern.segments = {{0.0f, 100.7f, -20.9f, 100.7f, 1}};
+  linePattern.segments = {
+      {0, 0, 50, 0, 6}, {80, 0, 130, 0, 2}, {0, 40, 50, 40, 10}, {0, 100.7f, -20.9f, 100.7f, 1}};
   StartVectorWriting(linePattern);
+  EXPECT_EQ(writingSpeeds(), "s384,s384,s256,s768");  // 60, 60, 40, 120 um/s
+  EXPECT_EQ(joined(sentCommands("GD")),
+            "D 6 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0");
   EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 100.0 - 3.0 - 20.0 + 7.0);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 200.0 + 10.0 - 100.0 + 5.0);
 }
