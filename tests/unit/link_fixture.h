@@ -34,8 +34,7 @@ class LinkTest : public StationTest {
     virtualSerialClearWritten();
   }
 
-  // The commands written since the last clear, split at their NUL terminators; only those
-  // whose first letter is one of `letters` when they are given.
+  // The commands written since the last clear (those starting with one of `letters`, if given).
   static std::vector<std::string> sentCommands(const std::string& letters = "") {
     std::vector<std::string> commands;
     std::istringstream written(virtualSerialWritten());

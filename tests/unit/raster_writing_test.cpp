@@ -1,5 +1,4 @@
-// The raster writing engine on the virtual board, as the "Start Writing" run leaves it
-// (writingActive 1, no stop requested).
+// The raster writing engine on the virtual board, entered as the "Start Writing" run does.
 #include "link/raster_writing.h"
 
 #include <gmock/gmock.h>
@@ -24,7 +23,6 @@ class RasterWriting : public LinkTest {
     openWithSpeeds(1000, 1000, 1000);
     centerWritingOnly = 0;
     station.outsideSpeed = 350;  // unlike the inside 700 um/s, so that the passes differ
-    // As the run leaves it at its step 7.
     writingActive = 1;
     station.stopRequested = 0;
   }
@@ -34,10 +32,8 @@ class RasterWriting : public LinkTest {
   }
 };
 
-// Strokes run along the longer side of the box (rows when it is square), serpentine, at
-// the inside speed and 2.3 V (117 of 255), with 0 V only after the pass. The stage at
-// (100, 200) um is under cell (500, 500); X has 6.4 steps/um, Y 1.6. Each case is a cluster
-// from cell (500, 500) up to (right, high).
+// Serpentine strokes along the box's longer side (rows when square) at 700 um/s and 2.3 V,
+// 0 V after the pass; cells (500, 500) up to (right, high), under the stage at (100, 200) um.
 TEST_F(RasterWriting, AClusterIsWrittenInSerpentineStrokesAlongTheLongerSideOfItsBox) {
   const std::tuple<int, int, const char*> cases[] = {
       {504, 502, "m640,M320,G 5 117,m659,M320,m659,M321,m640,M321,G 5 0"},
@@ -74,9 +70,8 @@ TEST_F(RasterWriting, TheCoarseRasterIsTheBlockThresholdOutsideTheBrightCentre) 
   EXPECT_EQ(darkCells(coarsePattern), 0);
 }
 
-// After the fine pass Z goes to the X reading plus Dz and the coarse pass follows at the
-// outside speed and voltage. A stop is taken after the stroke, the cluster or the defocus
-// move under way: the move finishes, the laser is at 0 V and nothing more is written.
+// After the fine pass Z goes to the X reading plus Dz; the coarse pass follows at the outside
+// speed and voltage. A stop ends the run after the stroke, cluster or defocus under way.
 TEST_F(RasterWriting, TheCoarsePassFollowsTheDefocusAndAStopEndsTheRunAtTheNextCheck) {
   auto paintAndWrite = [this] {
     MoveAxisAndWait(serialLink, 0, 1200.0);
@@ -130,9 +125,8 @@ double distanceToExposure(double x, double y) {
   return best;
 }
 
-// Each pass over a cluster writes the first run of marks of every row: a U needs two passes;
-// a comb of four teeth would need four, and its last tooth is left after the third. A
-// one-cell cluster ends its only stroke at offset 0 and is never written.
+// A pass writes the first run of marks of each row: a U takes two passes, a comb of four teeth
+// keeps its last after three; a one-cell cluster's stroke ends at offset 0 and is skipped.
 TEST_F(RasterWriting, TheLaserAndTheGreenPaintingCoverTheMasksDarkAreaInUpToThreePasses) {
   darkInMask(450, 470, 520, 530);  // in the fine centre
   darkInMask(100, 200, 150, 240);  // in the coarse outer area

@@ -40,8 +40,7 @@ TEST_F(VectorWriting, AClosedTriangleIsWrittenWithOneLaserOnPeriodAfterASlowAppr
   EXPECT_EQ(joined(sentCommands("GD")), "D 6 0,G 5 66,G 5 0");
   EXPECT_EQ(joined(sentCommands("sS"), 0, 2), "s384,S192");
   EXPECT_EQ(writingSpeeds(), "s640");
-  // The line's y runs against the stage's Y. MoveXY ends within 2 um of its target along
-  // its longer axis (the other may trail a little more).
+  // The line's y runs against the stage's Y; MoveXY ends within 2 um along its longer axis.
   const Extent box = exposedByPwm()[66];
   EXPECT_NEAR(box.left, 100.0, 2.0);
   EXPECT_NEAR(box.right, 200.0, 2.0);
@@ -53,9 +52,8 @@ TEST_F(VectorWriting, AClosedTriangleIsWrittenWithOneLaserOnPeriodAfterASlowAppr
   EXPECT_TRUE(hasLine("line display 616,514-716,514 width 3 pen 00ff00", recordedDisplayCalls()));
 }
 
-// Each width class has its speed, and one it does not know keeps the speed before it. A line
-// that starts at the height where the one before ended, but elsewhere, is a separate line.
-// Points are cut to whole micrometres and offset by the run's Dx, Dy and the laser shift.
+// An unknown width class keeps the speed before it; a line starting elsewhere at the height
+// the last one ended is separate; points are cut to whole um and offset by Dx, Dy and shift.
 TEST_F(VectorWriting, EachLineRunsAtItsWidthsSpeedAndSeparateLinesGetZeroVoltsBetween) {
   station.offsetX = -3.0;
   station.offsetY = 10.0;
