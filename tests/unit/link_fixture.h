@@ -27,9 +27,7 @@ class LinkTest : public StationTest {
 
   // Opens the link with the given stored speeds, then forgets the bytes of the open.
   void openWithSpeeds(int x, int y, int z) {
-    serialLink.speedUmPerS[0] = x;
-    serialLink.speedUmPerS[1] = y;
-    serialLink.speedUmPerS[2] = z;
+    std::copy_n(std::begin({x, y, z}), 3, serialLink.speedUmPerS);
     ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
     virtualSerialClearWritten();
   }

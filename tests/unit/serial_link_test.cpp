@@ -7,9 +7,7 @@ using SerialLinkTest = LinkTest;
 TEST_F(SerialLinkTest, OpeningSetsTheLineSendsTheOriginQueriesAndSpeeds) {
   virtualSerialBoard().axes[1].machineSteps = 1600;  // 1000 um
   virtualSerialBoard().axes[2].machineSteps = -160;  // -100 um
-  serialLink.speedUmPerS[0] = 1000;
-  serialLink.speedUmPerS[1] = 1000;
-  serialLink.speedUmPerS[2] = 100;
+  std::copy_n(std::begin({1000, 1000, 100}), 3, serialLink.speedUmPerS);
   ASSERT_EQ(OpenSerialLink(serialLink, true), 1);
   const SerialLineSettings& line = virtualSerialLineSettings();  // 9600 baud, 8N1
   EXPECT_EQ(std::tuple(line.baudRate, line.byteSize, line.parity, line.stopBits),
@@ -50,8 +48,9 @@ TEST_F(SerialLinkTest, AMissingPortOrAFailedWriteLeavesTheLinkFailedUntilReopene
   EXPECT_EQ(virtualSerialWritten(), std::string("G 5 10\0", 7));
 }
 
-// The last complete marker wins (p10p20 is 20 steps); a Z reply needs lower-case q.
-TEST_F(SerialLinkTest, APositionReplyIsTakenFromItsLastMarkerOfTheAxisLetter) {
+// The last complete marker wins (p10p20 is 20 steps); a Z reply needs lower-case q. Free
+// reply text is one attempt: a 50-byte read and a 10 ms wait.
+TEST_F(SerialLinkTest, RepliesAreReadFromTheirLastMarkerOrAsFreeText) {
   openWithSpeeds(1000, 1000, 100);
   serialLink.positionUm[2] = 40.0;
   virtualSerialBoard().faults.silent = true;  // the test puts the replies in itself
@@ -62,18 +61,14 @@ TEST_F(SerialLinkTest, APositionReplyIsTakenFromItsLastMarkerOfTheAxisLetter) {
     EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, axis), um) << text;
   }
   virtualSerialBoard().faults = {};
-  virtualSerialBoard().faults.garbage = true;
-  virtualSerialBoard().axes[0].machineSteps = -1280;
-  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 0), -200.0) << "read through garbage bytes";
-}
-
-TEST_F(SerialLinkTest, FreeReplyTextIsOneAttempt) {
-  openWithSpeeds(1000, 1000, 100);
-  uint64_t before = virtualClockNow();
+  const uint64_t before = virtualClockNow();
   EXPECT_EQ(ReadReplyText(serialLink), std::optional<std::string>(""));
-  EXPECT_EQ(virtualClockNow() - before, 550u + 10u);  // one 50-byte read, one 10 ms wait
+  EXPECT_EQ(virtualClockNow() - before, 550u + 10u);
   SendCommand(serialLink, "P");
   EXPECT_EQ(ReadReplyText(serialLink), std::optional<std::string>("P0\r\n"));
+  virtualSerialBoard().faults = {.garbage = true};
+  virtualSerialBoard().axes[0].machineSteps = -1280;
+  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 0), -200.0) << "read through garbage bytes";
   CloseSerialLink(serialLink);
   EXPECT_EQ(ReadReplyText(serialLink), std::nullopt);
 }
