@@ -38,7 +38,6 @@ TEST_F(ControllerCommandsTest, EachCallSendsItsCommandScaledAndClamped) {
   }
   EXPECT_EQ(speed, 5000) << "clamped in place";
   EXPECT_EQ(serialLink.speedUmPerS[1], 1);
-  EXPECT_EQ(serialLink.lastMoveSteps, -160);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
   EXPECT_EQ(recordedBoxText(Box::LaserVoltage), "2.30");
   EXPECT_EQ(SwitchIllumination(2), 1) << "the lamp's state before its last switch";

@@ -8,41 +8,33 @@
 #include <initializer_list>
 #include <string>
 
-namespace {
-
-struct Board {
-  VirtualBoard b;
-  Board() { boardReset(b); }
-  void send(std::initializer_list<const char*> commands, uint64_t atMs) {
-    for (const char* command : commands) boardReceive(b, command, std::strlen(command) + 1, atMs);
-  }
-  std::string read(uint64_t atMs) {
-    boardAdvance(b, atMs);
-    char buffer[64];
-    return std::string(buffer, boardTakeOutput(b, buffer, sizeof buffer));
-  }
-};
-
-}  // namespace
-
 // A move ramps, cruises and reports its end; a stop halts it where it is and reports once; a
 // zero moves the axis's origin, not the carriage the camera sees.
 TEST(VirtualBoard, MovesRampAndReportTheirEndAStopHaltsOne) {
-  Board board;
+  VirtualBoard board;
+  boardReset(board);
+  auto send = [&](std::initializer_list<const char*> commands, uint64_t atMs) {
+    for (const char* c : commands) boardReceive(board, c, std::strlen(c) + 1, atMs);
+  };
+  auto read = [&](uint64_t atMs) {
+    boardAdvance(board, atMs);
+    char buffer[64];
+    return std::string(buffer, boardTakeOutput(board, buffer, sizeof buffer));
+  };
   // b16 is 1600 steps/s²: 0.1 s ramps at 160 steps/s; 2.0 s at speed plus one ramp: 2.1 s.
-  board.send({"T160", "b16", "L320"}, 0);
-  EXPECT_EQ(board.b.axes[2].durationMs, 2100.0);
-  EXPECT_EQ(boardAxisSteps(board.b, 2, 50), 2);      // 0.5 x 1600 x 0.05^2
-  EXPECT_EQ(boardAxisSteps(board.b, 2, 1050), 160);  // half way
-  EXPECT_EQ(board.read(2099), "");
-  EXPECT_EQ(board.read(2100), "Z\r\n");
-  board.send({"Q", "S160", "M1600"}, 2200);  // Y: 10 s
-  EXPECT_EQ(board.read(2200), "q320\r\n");
-  board.send({"N"}, 7200);
-  const int64_t stoppedAt = boardAxisSteps(board.b, 1, 7200);
+  send({"T160", "b16", "L320"}, 0);
+  EXPECT_EQ(board.axes[2].durationMs, 2100.0);
+  EXPECT_EQ(boardAxisSteps(board, 2, 50), 2);      // 0.5 x 1600 x 0.05^2
+  EXPECT_EQ(boardAxisSteps(board, 2, 1050), 160);  // half way
+  EXPECT_EQ(read(2099), "");
+  EXPECT_EQ(read(2100), "Z\r\n");
+  send({"Q", "S160", "M1600"}, 2200);  // Y: 10 s
+  EXPECT_EQ(read(2200), "q320\r\n");
+  send({"N"}, 7200);
+  const int64_t stoppedAt = boardAxisSteps(board, 1, 7200);
   EXPECT_NEAR(stoppedAt, 800, 100);
-  EXPECT_EQ(board.read(20000), "Y\r\n");
-  board.send({"Z", "P"}, 20000);
-  EXPECT_EQ(board.read(20000), "P0\r\n");
-  EXPECT_DOUBLE_EQ(boardAxisUm(board.b, 1, 20000), stoppedAt / 1.6);
+  EXPECT_EQ(read(20000), "Y\r\n");
+  send({"Z", "P"}, 20000);
+  EXPECT_EQ(read(20000), "P0\r\n");
+  EXPECT_DOUBLE_EQ(boardAxisUm(board, 1, 20000), stoppedAt / 1.6);
 }
