@@ -84,23 +84,18 @@ TEST_F(VectorWriting, AStopIsHonouredAtTheEndOfAChainAndSkipsTheSave) {
 // A stop given during the run's approach, or line drawing off, writes and saves nothing;
 // an empty list writes nothing and still saves its empty file.
 TEST_F(VectorWriting, WithNothingToWriteOnlyAnEmptyListIsSaved) {
-  struct Case {
-    int stop, active;
-    std::vector<LineSegment> lines;
-    const char* sent;
-  };
-  const Case cases[] = {
-      {1, 1, {{0, 0, 100, 0, 3}}, ""}, {0, 0, {{0, 0, 100, 0, 3}}, ""}, {0, 1, {}, "D 6 0"}};
-  for (const Case& c : cases) {
+  const std::tuple<int, int, size_t, const char*> cases[] = {
+      {1, 1, 1, ""}, {0, 0, 1, ""}, {0, 1, 0, "D 6 0"}};  // stop, line drawing, lines
+  for (const auto& [stop, active, lines, sent] : cases) {
     TearDown();
     SetUp();
-    station.stopRequested = c.stop;
-    linePattern.active = c.active;
-    linePattern.segments = c.lines;
+    station.stopRequested = stop;
+    linePattern.active = active;
+    linePattern.segments.assign(lines, {0, 0, 100, 0, 3});
     StartVectorWriting(linePattern);
-    EXPECT_EQ(joined(sentCommands("mMGD")), c.sent);
-    EXPECT_EQ(writingActive, c.stop) << "the run clears it after a stop";
-    EXPECT_EQ(std::filesystem::exists(lineFile()), c.lines.empty());
+    EXPECT_EQ(joined(sentCommands("mMGD")), sent);
+    EXPECT_EQ(writingActive, stop) << "the run clears it after a stop";
+    EXPECT_EQ(std::filesystem::exists(lineFile()), lines == 0);
   }
 }
 
