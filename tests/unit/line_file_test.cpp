@@ -11,23 +11,18 @@
 
 namespace {
 
-class LineFile : public StationTest {
- protected:
-  void SetUp() override {
-    StationTest::SetUp();
-    station.zoom = 1.0;
-    recordedDisplayReset();
-  }
-};
+using LineFile = StationTest;
+using Fields = std::vector<std::tuple<float, float, float, float, int>>;
 
-std::vector<std::tuple<float, float, float, float, int>> fieldsOf(
-    const std::vector<LineSegment>& lines) {
-  std::vector<std::tuple<float, float, float, float, int>> fields;
+Fields fieldsOf(const std::vector<LineSegment>& lines) {
+  Fields fields;
   for (const LineSegment& l : lines) fields.emplace_back(l.x1, l.y1, l.x2, l.y2, l.width);
   return fields;
 }
 
 TEST_F(LineFile, SavedFilesNeverOverwriteAndImportGivesTheListBack) {
+  station.zoom = 1.0;
+  recordedDisplayReset();
   const std::vector<LineSegment> drawn = {{12.0f, -40.5f, 112.0f, -40.5f, 3},
                                           {112.0f, -40.5f, 0.25f, 7.125f, 10}};
   linePattern.segments = drawn;

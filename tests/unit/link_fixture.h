@@ -21,8 +21,8 @@ class LinkTest : public StationTest {
     CloseSerialLink(serialLink);
     StationTest::TearDown();
     // The link's trace lines are kept out of the test log unless something failed.
-    std::string trace = testing::internal::GetCapturedStdout();
-    if (HasFailure()) std::fputs(trace.c_str(), stdout);
+    if (std::string trace = testing::internal::GetCapturedStdout(); HasFailure())
+      std::fputs(trace.c_str(), stdout);
   }
 
   // Opens the link with the given stored speeds, then forgets the bytes of the open.
@@ -68,9 +68,7 @@ class LinkTest : public StationTest {
   }
 
   static std::string lastStatus() {
-    const auto& calls = recordedCalls();
-    for (auto it = calls.rbegin(); it != calls.rend(); ++it)
-      if (it->rfind("status: ", 0) == 0) return it->substr(8);
-    return {};
+    const std::vector<std::string> statuses = linesAfter("status: ", recordedCalls());
+    return statuses.empty() ? "" : statuses.back();
   }
 };
