@@ -23,9 +23,7 @@ class RasterWriting : public LinkTest {
     station.stopRequested = 0;
   }
 
-  void darkInMask(int left, int low, int right, int high) {
-    paintPicture(maskImage, left, low, right, high, 0);
-  }
+  void darkInMask(int x0, int y0, int x1, int y1) { paintPicture(maskImage, x0, y0, x1, y1, 0); }
 };
 
 // Serpentine strokes along the box's longer side (rows when square) at 700 um/s and 2.3 V,

@@ -16,9 +16,8 @@ TEST_F(SerialLinkTest, OpeningSetsTheLineSendsTheOriginQueriesAndSpeeds) {
   EXPECT_EQ(virtualSerialWritten(), std::string(expected, sizeof expected));
   EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 1000.0);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], -100.0);
-  // Opening again closes the open port first: the virtual port, like Windows for an
-  // exclusive open, refuses a second handle. A failed read of the line settings gives 2
-  // and leaves the port open, unconfigured.
+  // Opening again closes the open port first (a second handle would be refused); a failed
+  // read of the line settings gives 2 and leaves the port open, unconfigured.
   EXPECT_EQ(OpenSerialLink(serialLink, true), 1);
   virtualSerialFailLineSettings(true);
   virtualSerialClearWritten();
