@@ -9,7 +9,6 @@
 #include "link/stage_motion.h"
 #include "link_fixture.h"
 #include "resources/resource.h"
-#include "sim/recorded_display.h"
 #include "sim/virtual_camera.h"
 
 namespace {
@@ -19,10 +18,7 @@ class Focusing : public LinkTest {
   void SetUp() override {
     LinkTest::SetUp();
     virtualCameraReset();
-    recordedDisplayReset();
     // As the program starts: a camera test may have left an exposure that saturates frames.
-    camera.connected = 0;
-    camera.camera = nullptr;
     camera.gain = 20;
     camera.exposureTime = 30000.0;
     blueOnly = 0;

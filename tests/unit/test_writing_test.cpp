@@ -26,11 +26,6 @@ class TestWriting : public LinkTest {
     EXPECT_EQ(writingActive, 0);
     EXPECT_EQ(station.stopRequested, 0);
   }
-
-  void stopSoon() {
-    recordedScriptClick(virtualClockNow() + 20, QueuedTarget::MainWindow);
-    recordedQueueAnswer(Answer::Yes);
-  }
 };
 
 // Both go to the laser's place and lower Z by its Z shift (30 um) plus their own DZ, then
@@ -74,7 +69,8 @@ TEST_F(TestWriting, AStoppedRunStillGoesBackWithTheLaserOff) {
   EXPECT_EQ(exposedByPwm().size(), 1u);
   laser.laserShiftZ = 30;
   for (int command : {IDM_LONG_STROKE_TEST, IDM_LONG_STROKE_TEST, IDM_BLACK_TAPE_TEST}) {
-    stopSoon();
+    recordedScriptClick(virtualClockNow() + 20, QueuedTarget::MainWindow);
+    recordedQueueAnswer(Answer::Yes);
     dispatchCommand(command);
     expectBackAtTheStartWithTheRunOver();
   }
