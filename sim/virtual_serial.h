@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "link/serial_port.h"
 #include "sim/virtual_board.h"
 
 // A fresh board at rest, the port present and closed, the byte record empty.
@@ -15,5 +16,7 @@ const std::string& virtualSerialWritten();
 void virtualSerialClearWritten();
 // Whether serialOpen finds the port.
 void virtualSerialSetPresent(bool present);
+// The line settings the program last handed to the port (a fresh driver reports 1200 7E1).
+const SerialLineSettings& virtualSerialLineSettings();
 // Makes the driver's line-settings read fail (the first read of an open).
 void virtualSerialFailLineSettings(bool fail);

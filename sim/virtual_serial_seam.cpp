@@ -48,6 +48,7 @@ const std::string& virtualSerialWritten() { return written; }
 void virtualSerialClearWritten() { written.clear(); }
 void virtualSerialSetPresent(bool isPresent) { present = isPresent; }
 void virtualSerialFailLineSettings(bool fail) { failLineSettings = fail; }
+const SerialLineSettings& virtualSerialLineSettings() { return lineSettings; }
 
 SerialHandle serialOpen(int comPort) {
   if (!present || comPort < 1) {

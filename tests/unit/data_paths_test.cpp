@@ -5,24 +5,15 @@ namespace {
 
 using RunFolder = StationTest;
 
-TEST_F(RunFolder, NamedByTheMinuteOfTheFirstSaveAndKeptForTheRun) {
-  ensureRunFolder(dataPaths, 0);
-  EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_14-05");
-  EXPECT_TRUE(std::filesystem::is_directory(dataPaths.runFolder));
-
-  virtualClockSetLocalTime({2024, 3, 17, 15, 9, 30});
-  ensureRunFolder(dataPaths, 0);
-  EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_14-05");
-
-  ensureRunFolder(dataPaths, 1);
-  EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_15-09");
-}
-
-TEST_F(RunFolder, WritingConditionRecordsAreNumberedFromZero) {
+// The run folder is named by the minute of the first save and kept for the run, unless a
+// new one is asked for; the writing-condition records in it are numbered from zero.
+TEST_F(RunFolder, RecordsGoIntoTheFolderNamedAtTheFirstSave) {
   writeWritingCondition();
+  virtualClockSetLocalTime({2024, 3, 17, 15, 9, 30});
   station.writingSpeed = 250;
   writeWritingCondition();
   const auto folder = dataPaths.dataFolder / "240317_14-05";
+  EXPECT_EQ(dataPaths.runFolder, folder);
   EXPECT_EQ(writingConditionCounter, 2);
   EXPECT_EQ(readFile(folder / "writing_condition(0).txt"),
             "Mag:1X, laser shift:(0,0,0), Arduino:3, Standa:1,2,3\n"
@@ -31,6 +22,8 @@ TEST_F(RunFolder, WritingConditionRecordsAreNumberedFromZero) {
             "Vector writing speed (1um, 3um, 6um, 10um): 120, 100, 60, 40 (um/s)\n"
             "defocus (Dz): 0.0 um\n");
   EXPECT_NE(readFile(folder / "writing_condition(1).txt").find("700, 700, 250"), std::string::npos);
+  ensureRunFolder(dataPaths, 1);
+  EXPECT_EQ(dataPaths.runFolder, dataPaths.dataFolder / "240317_15-09");
 }
 
 }  // namespace

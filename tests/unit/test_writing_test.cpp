@@ -1,10 +1,7 @@
 // The three test programs, started from the menu with the stage at (1000, 2000) um, Z 0.
 #include "jobs/test_writing.h"
 
-#include <map>
-
 #include "app/command_dispatch.h"
-#include "link/controller_commands.h"
 #include "link/stage_motion.h"
 #include "link_fixture.h"
 #include "resources/resource.h"
@@ -29,73 +26,62 @@ class TestWriting : public LinkTest {
     EXPECT_EQ(writingActive, 0);
     EXPECT_EQ(station.stopRequested, 0);
   }
-
-  // X extent of the exposure at each laser channel value.
-  static std::map<int, std::pair<double, double>> exposedXByPwm() {
-    std::map<int, std::pair<double, double>> extent;
-    for (const BoardExposure& e : virtualSerialBoard().exposure) {
-      auto [it, fresh] =
-          extent.try_emplace(e.laserPwm, std::min(e.x0Um, e.x1Um), std::max(e.x0Um, e.x1Um));
-      it->second.first = std::min({it->second.first, e.x0Um, e.x1Um});
-      it->second.second = std::max({it->second.second, e.x0Um, e.x1Um});
-    }
-    return extent;
-  }
-
-  void stopSoon() {
-    recordedScriptClick(virtualClockNow() + 20, QueuedTarget::MainWindow);
-    recordedQueueAnswer(Answer::Yes);
-  }
 };
 
-TEST_F(TestWriting, LongStrokeRunsWriteConsecutiveRecordsAndRowsOfRisingVoltage) {
-  laser.laserShiftZ = 30;
-  dispatchCommand(IDM_LONG_STROKE_TEST);
-  expectBackAtTheStartWithTheRunOver();
-  // Rows at 4.1 .. 4.5 V; each 19 strokes of 200 um from its start.
-  const auto extent = exposedXByPwm();
-  ASSERT_EQ(extent.size(), 5u);
-  EXPECT_EQ(extent.begin()->first, 209);  // 4.1 V of 5 V in 255 steps
-  for (const auto& [pwm, x] : extent) EXPECT_NEAR(x.second - x.first, 19 * 200.0, 2.0) << pwm;
+// Both go to the laser's place and lower Z by its Z shift (30 um) plus their own DZ, then
+// write five rows 800 um apart at rising voltage, and come back. The long stroke test
+// writes each row as 19 strokes of 200 um at 200 um/s from 4.1 V (209 of 255); the PR test
+// as 100 steps of 41 um at the skip speed / 8 (600 / 8 = 75 um/s) from 3.8 V.
+TEST_F(TestWriting, TheRowProgramsWriteFiveRowsBelowTheLaserAndComeBack) {
+  const std::tuple<int, const char*, const char*, double> cases[] = {
+      // Z 30 - 10, 30 - 50 um
+      {IDM_LONG_STROKE_TEST, "L32", "G 5 209,s6,S320,s1280,S1", 19 * 200.0},
+      {IDM_PR_TEST, "L-32", "G 5 193,s480", 100 * 41.0}};
+  for (const auto& [command, approachZ, firstRow, rowUm] : cases) {
+    TearDown();
+    SetUp();
+    laser.laserShiftZ = 30;
+    dispatchCommand(command);
+    expectBackAtTheStartWithTheRunOver();
+    EXPECT_EQ(hasLine("timer 1: killed"), command == IDM_PR_TEST) << "the PR test pauses it";
+    EXPECT_EQ(sentCommands("L")[0], approachZ);
+    const std::string voltagesAndSpeeds = joined(sentCommands("GsS"));
+    EXPECT_EQ(voltagesAndSpeeds.find(firstRow), voltagesAndSpeeds.find("G 5 ")) << firstRow;
+    EXPECT_NE(voltagesAndSpeeds.find("s5120"), std::string::npos) << "to a row at 800 um/s";
+    const auto rows = exposedByPwm();
+    ASSERT_EQ(rows.size(), 5u) << command;
+    int row = 0;
+    for (const auto& [pwm, x] : rows) {
+      // The voltage goes up as the stage comes back to 1000 um, before it has quite arrived.
+      EXPECT_NEAR(x.left, 1020.0, 21.0) << pwm;
+      EXPECT_NEAR(x.right, 1000.0 + rowUm, 2.0) << pwm;
+      EXPECT_NEAR(x.high, 2000.0 + 800.0 * row++, 1.0) << pwm;
+    }
+  }
+}
 
-  stopSoon();  // the second run is stopped during its approach, after its record
-  dispatchCommand(IDM_LONG_STROKE_TEST);
+// The black tape test leaves 4.7 V at its end. A stopped run still goes back: the long
+// stroke test has written its record first, and the black tape test switches the laser off.
+TEST_F(TestWriting, AStoppedRunStillGoesBackWithTheLaserOff) {
+  dispatchCommand(IDM_BLACK_TAPE_TEST);
   expectBackAtTheStartWithTheRunOver();
-  EXPECT_EQ(readFile(dataPaths.runFolder / "long stroke writing condition(0).txt"),
+  EXPECT_EQ(boardPwm(virtualSerialBoard(), 5), 239);
+  EXPECT_EQ(exposedByPwm().size(), 1u);
+  laser.laserShiftZ = 30;
+  for (int command : {IDM_LONG_STROKE_TEST, IDM_LONG_STROKE_TEST, IDM_BLACK_TAPE_TEST}) {
+    recordedScriptClick(virtualClockNow() + 20, QueuedTarget::MainWindow);
+    recordedQueueAnswer(Answer::Yes);
+    dispatchCommand(command);
+    expectBackAtTheStartWithTheRunOver();
+  }
+  EXPECT_EQ(boardPwm(virtualSerialBoard(), 5), 0);
+  EXPECT_EQ(readFile(dataPaths.runFolder / "long stroke writing condition(1).txt"),
             "laser shift:(0,0,30)\n"
             "laser voltage start: 4.10 V, step: 0.10 V, lines=5\n"
             "DZ start: -10 (um), z_step=1 (um), N=20\n"
             "X_stroke= 200 (um), Y_stroke= 800 (um)\n"
             "speed= 200 (um/s)\n");
   EXPECT_EQ(longStrokeRecordNumber, 2);
-}
-
-TEST_F(TestWriting, EachPRRowAdvances4100UmWithTheVoltageUp) {
-  dispatchCommand(IDM_PR_TEST);
-  expectBackAtTheStartWithTheRunOver();
-  const auto extent = exposedXByPwm();
-  ASSERT_EQ(extent.size(), 5u);
-  EXPECT_EQ(extent.begin()->first, 193);  // 3.8 V
-  // A row's voltage goes up as the stage comes back to the row start at 1000 um, which
-  // MoveXY leaves before the board has quite arrived.
-  for (const auto& [pwm, x] : extent) {
-    EXPECT_GE(x.first, 999.0) << pwm;
-    EXPECT_LE(x.first, 1041.0) << pwm;
-    EXPECT_NEAR(x.second, 1000.0 + 100 * 41.0, 1.0) << pwm;
-  }
-  EXPECT_TRUE(hasLine("timer 1: killed")) << "the live view is paused first";
-}
-
-TEST_F(TestWriting, TheBlackTapeTestEndsAt4Point7VoltsButAStopSwitchesTheLaserOff) {
-  dispatchCommand(IDM_BLACK_TAPE_TEST);
-  expectBackAtTheStartWithTheRunOver();
-  EXPECT_EQ(boardPwm(virtualSerialBoard(), 5), 239);  // 4.7 V
-  EXPECT_EQ(exposedXByPwm().size(), 1u);
-
-  stopSoon();
-  dispatchCommand(IDM_BLACK_TAPE_TEST);
-  expectBackAtTheStartWithTheRunOver();
-  EXPECT_EQ(boardPwm(virtualSerialBoard(), 5), 0);
 }
 
 TEST_F(TestWriting, NoTestStartsWhileAnotherOperationRuns) {

@@ -2,13 +2,10 @@
 // run has remembered the stage at (100, 200) um and set writingActive with the stop clear.
 #include "jobs/vector_writing.h"
 
-#include "link/controller_commands.h"
 #include "link_fixture.h"
 #include "sim/recorded_display.h"
 
 namespace {
-
-using Commands = std::vector<std::string>;
 
 class VectorWriting : public LinkTest {
  protected:
@@ -23,74 +20,51 @@ class VectorWriting : public LinkTest {
     recordedDisplayReset();
   }
 
-  static Commands laserCommands() {
-    Commands found;
-    for (const std::string& c : sentCommands())
-      if (c.rfind("G 5 ", 0) == 0 || c.rfind("D 6 ", 0) == 0) found.push_back(c);
-    return found;
-  }
-
-  // The command sent right after the n-th (from 0) raising of the line voltage.
-  static std::string afterVoltageUp(int n) {
-    const Commands sent = sentCommands();
+  // The speed command right after each raising of the line voltage, 1.3 V (66 of 255).
+  static std::string writingSpeeds() {
+    const std::vector<std::string> sent = sentCommands();
+    std::vector<std::string> speeds;
     for (size_t i = 0; i + 1 < sent.size(); ++i)
-      if (sent[i] == "G 5 66" && n-- == 0) return sent[i + 1];
-    return {};
+      if (sent[i] == "G 5 66") speeds.push_back(sent[i + 1]);
+    return joined(speeds);
   }
 
   std::filesystem::path lineFile() const { return dataPaths.runFolder / "LinePattern.txt"; }
 };
 
+// The switch is off before anything moves; the approach to (100, 200) runs along Y at the
+// 1 um line speed (120 um/s) and X at half that; the lines at the 3 um speed (100 um/s).
 TEST_F(VectorWriting, AClosedTriangleIsWrittenWithOneLaserOnPeriodAfterASlowApproach) {
   linePattern.segments = {{0, 0, 100, 0, 3}, {100, 0, 100, 100, 3}, {100, 100, 0, 0, 3}};
   StartVectorWriting(linePattern);
-
-  // 1.3 V is 66 of 255; the switch is off before anything moves.
-  EXPECT_EQ(laserCommands(), (Commands{"D 6 0", "G 5 66", "G 5 0"}));
-  // The approach to (100, 200) from (0, 0) runs along Y at the 1 um line speed, 120 um/s,
-  // and X at half that.
-  Commands speeds;
-  for (const std::string& c : sentCommands())
-    if (c[0] == 's' || c[0] == 'S') speeds.push_back(c);
-  EXPECT_EQ(Commands(speeds.begin(), speeds.begin() + 2), (Commands{"s384", "S192"}));
-  EXPECT_EQ(afterVoltageUp(0), "s640") << "the first line at the 3 um speed, 100 um/s";
-
-  // MoveXY ends within 2 um of its target along its longer axis (the other may trail a
-  // little more), so the voltage changes that close to the corner.
-  const auto& exposure = virtualSerialBoard().exposure;
-  ASSERT_FALSE(exposure.empty());
-  EXPECT_NEAR(exposure.front().x0Um, 100.0, 2.0);
-  EXPECT_NEAR(exposure.back().y1Um, 200.0, 3.0);
-  double highestX = 0, lowestY = 1e9;
-  for (const BoardExposure& e : exposure) {
-    highestX = std::max(highestX, e.x1Um);
-    lowestY = std::min(lowestY, e.y1Um);
-  }
-  EXPECT_NEAR(highestX, 200.0, 2.0);
-  EXPECT_NEAR(lowestY, 100.0, 2.0) << "the line's y runs against the stage's Y";
-
-  EXPECT_FALSE(hasLine("status: Line 1/3 has drawn.")) << "one chain";
+  EXPECT_EQ(joined(sentCommands("GD")), "D 6 0,G 5 66,G 5 0");
+  EXPECT_EQ(joined(sentCommands("sS"), 0, 2), "s384,S192");
+  EXPECT_EQ(writingSpeeds(), "s640");
+  // The line's y runs against the stage's Y; MoveXY ends within 2 um along its longer axis.
+  const Extent box = exposedByPwm()[66];
+  EXPECT_NEAR(box.left, 100.0, 2.0);
+  EXPECT_NEAR(box.right, 200.0, 2.0);
+  EXPECT_NEAR(box.low, 100.0, 2.0);
+  EXPECT_NEAR(box.high, 200.0, 3.0);
+  EXPECT_EQ(linesAfter("status: Line ", recordedCalls()).size(), 1u) << "one chain";
   EXPECT_EQ(writingActive, 0);
   EXPECT_EQ(readFile(lineFile()).substr(0, 40), "0.000000,0.000000,100.000000,0.000000,3\n");
   EXPECT_TRUE(hasLine("line display 616,514-716,514 width 3 pen 00ff00", recordedDisplayCalls()));
 }
 
-TEST_F(VectorWriting, AnUnknownWidthClassKeepsTheSpeedOfTheLineBefore) {
-  linePattern.segments = {{0, 0, 50, 0, 6}, {0, 20, 50, 20, 2}, {0, 40, 50, 40, 1}};
-  StartVectorWriting(linePattern);
-  EXPECT_EQ(afterVoltageUp(0), "s384");  // 60 um/s
-  EXPECT_EQ(afterVoltageUp(1), "s384");
-  EXPECT_EQ(afterVoltageUp(2), "s768");  // 120 um/s
-  EXPECT_EQ(laserCommands().size(), 7u) << "three separate laser-on periods";
-}
-
-TEST_F(VectorWriting, PointsAreCutToWholeMicrometresAndOffsetByTheRunAndTheLaserShift) {
+// An unknown width class keeps the speed before it; a line starting elsewhere at the height
+// the last one ended is separate; points are cut to whole um and offset by Dx, Dy and shift.
+TEST_F(VectorWriting, EachLineRunsAtItsWidthsSpeedAndSeparateLinesGetZeroVoltsBetween) {
   station.offsetX = -3.0;
   station.offsetY = 10.0;
   laser.laserShiftX = 7;
   laser.laserShiftY = 5;
-  linePattern.segments = {{0.0f, 100.7f, -20.9f, 100.7f, 1}};
+  linePattern.segments = {
+      {0, 0, 50, 0, 6}, {80, 0, 130, 0, 2}, {0, 40, 50, 40, 10}, {0, 100.7f, -20.9f, 100.7f, 1}};
   StartVectorWriting(linePattern);
+  EXPECT_EQ(writingSpeeds(), "s384,s384,s256,s768");  // 60, 60, 40, 120 um/s
+  EXPECT_EQ(joined(sentCommands("GD")),
+            "D 6 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0,G 5 66,G 5 0");
   EXPECT_DOUBLE_EQ(serialLink.positionUm[0], 100.0 - 3.0 - 20.0 + 7.0);
   EXPECT_DOUBLE_EQ(serialLink.positionUm[1], 200.0 + 10.0 - 100.0 + 5.0);
 }
@@ -101,30 +75,28 @@ TEST_F(VectorWriting, AStopIsHonouredAtTheEndOfAChainAndSkipsTheSave) {
   recordedScriptClick(virtualClockNow() + 50, QueuedTarget::DisplayWindow);
   recordedQueueAnswer(Answer::Yes);
   StartVectorWriting(linePattern);
-
   EXPECT_TRUE(hasLine("status: Line 3/4 has drawn."));
-  EXPECT_EQ(laserCommands(), (Commands{"D 6 0", "G 5 66", "G 5 0"}));
+  EXPECT_EQ(joined(sentCommands("GD")), "D 6 0,G 5 66,G 5 0");
   EXPECT_EQ(station.stopRequested, 1);
   EXPECT_FALSE(std::filesystem::exists(lineFile()));
 }
 
-TEST_F(VectorWriting, AStopGivenBeforeOrLineDrawingOffWritesNothing) {
-  linePattern.segments = {{0, 0, 100, 0, 3}};
-  station.stopRequested = 1;  // during the run's approach
-  StartVectorWriting(linePattern);
-  EXPECT_TRUE(sentCommands().empty());
-  station.stopRequested = 0;
-  linePattern.active = 0;
-  StartVectorWriting(linePattern);
-  EXPECT_TRUE(sentCommands().empty());
-  EXPECT_EQ(writingActive, 0);
-  EXPECT_FALSE(std::filesystem::exists(lineFile()));
-}
-
-TEST_F(VectorWriting, AnEmptyListWritesNothingAndStillSavesAnEmptyFile) {
-  StartVectorWriting(linePattern);
-  EXPECT_EQ(laserCommands(), (Commands{"D 6 0"}));
-  ASSERT_TRUE(std::filesystem::exists(lineFile()));
+// A stop given during the run's approach, or line drawing off, writes and saves nothing;
+// an empty list writes nothing and still saves its empty file.
+TEST_F(VectorWriting, WithNothingToWriteOnlyAnEmptyListIsSaved) {
+  const std::tuple<int, int, size_t, const char*> cases[] = {
+      {1, 1, 1, ""}, {0, 0, 1, ""}, {0, 1, 0, "D 6 0"}};  // stop, line drawing, lines
+  for (const auto& [stop, active, lines, sent] : cases) {
+    TearDown();
+    SetUp();
+    station.stopRequested = stop;
+    linePattern.active = active;
+    linePattern.segments.assign(lines, {0, 0, 100, 0, 3});
+    StartVectorWriting(linePattern);
+    EXPECT_EQ(joined(sentCommands("mMGD")), sent);
+    EXPECT_EQ(writingActive, stop) << "the run clears it after a stop";
+    EXPECT_EQ(std::filesystem::exists(lineFile()), lines == 0);
+  }
 }
 
 }  // namespace
