@@ -82,6 +82,9 @@ void writeStroke(const ClusterBox& box, bool alongRow, int line, int start, int 
   auto column = [&](int offset) { return alongRow ? box.left + offset : box.left + line; };
   auto row = [&](int offset) { return alongRow ? box.low + line : box.low + offset; };
   MoveXY(StageXForColumn(column(from), factor), StageYForRow(row(from), factor), speed);
+  // A stop confirmed on the way to the stroke's start keeps the laser dark; the cluster's
+  // loop sees it right after.
+  if (stopRequested()) return;
   SetLaserVoltage(laser, volts);
   for (int offset = from;; offset += step) {
     MarkWritten(column(offset), row(offset), factor);

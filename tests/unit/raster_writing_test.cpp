@@ -64,7 +64,8 @@ TEST_F(RasterWriting, TheCoarseRasterIsTheBlockThresholdOutsideTheBrightCentre) 
 }
 
 // After the fine pass Z goes to the X reading plus Dz; the coarse pass follows at the outside
-// speed and voltage. A stop ends the run after the stroke, cluster or defocus under way.
+// speed and voltage. A stop ends the run after the stroke, cluster or defocus under way; one
+// given on the way to a stroke's start leaves that stroke dark.
 TEST_F(RasterWriting, TheCoarsePassFollowsTheDefocusAndAStopEndsTheRunAtTheNextCheck) {
   auto paintAndWrite = [this] {
     MoveAxisAndWait(serialLink, 0, 1200.0);
@@ -87,6 +88,7 @@ TEST_F(RasterWriting, TheCoarsePassFollowsTheDefocusAndAStopEndsTheRunAtTheNextC
   for (const BoardCommandRecord& r : virtualSerialBoard().commands)
     sentAt.try_emplace(r.text, r.timeMs);
   const std::tuple<const char*, uint64_t, int, size_t> cases[] = {
+      {"on the way to A's first stroke", sentAt["m7360"] + 15, 0, 0},
       {"during A's first stroke", sentAt["G 5 117"] + 20, 40, 0},
       {"in the pause after A", sentAt["G 5 0"] + 100, 80, 0},
       {"during the defocus move", sentAt["L1928"] + 50, 98, 1}};
