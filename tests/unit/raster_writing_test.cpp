@@ -130,6 +130,10 @@ TEST_F(RasterWriting, TheLaserAndTheGreenPaintingCoverTheMasksDarkAreaInUpToThre
   darkInMask(476, 554, 480, 570);
   darkInMask(500, 550, 540, 554);  // the comb: a base of 40 x 4, teeth 4 wide every 10 cells
   for (int tooth = 0; tooth < 4; ++tooth) darkInMask(500 + 10 * tooth, 554, 504 + 10 * tooth, 570);
+  darkInMask(580, 550, 581, 560);  // one-cell-wide parts, whose cells both start and end
+  darkInMask(580, 555, 584, 556);  // the strokes across them: a bar on a column,
+  darkInMask(550, 590, 560, 591);  // and a stem on a row
+  darkInMask(555, 587, 556, 590);
   darkInMask(600, 450, 601, 451);
   station.defocusUm = 2;
   StartRasterWriting();
@@ -146,10 +150,10 @@ TEST_F(RasterWriting, TheLaserAndTheGreenPaintingCoverTheMasksDarkAreaInUpToThre
           << x << "," << y;
       Rgb colour{};
       ASSERT_TRUE(recordedDirectPixel(SurfaceWindow::Main, x + 116, 1014 - y, colour));
-      ASSERT_EQ(colour.green, 255);
+      ASSERT_EQ(std::tuple(colour.red, colour.green, colour.blue), std::tuple(0, 255, 0));
     }
   }
-  const int written = 70 * 60 + 50 * 40 + (120 + 2 * 64) + (160 + 3 * 64);
+  const int written = 70 * 60 + 50 * 40 + (120 + 2 * 64) + (160 + 3 * 64) + 13 + 13;
   EXPECT_EQ(darkCells(finalPattern), written) << "nothing outside it was written";
   EXPECT_EQ(station.doneCells, written) << "each cell by one pass only";
 }

@@ -47,7 +47,6 @@ TEST_F(VectorWriting, AClosedTriangleIsWrittenWithOneLaserOnPeriodAfterASlowAppr
   EXPECT_NEAR(box.low, 100.0, 2.0);
   EXPECT_NEAR(box.high, 200.0, 3.0);
   EXPECT_EQ(linesAfter("status: Line ", recordedCalls()).size(), 1u) << "one chain";
-  EXPECT_EQ(writingActive, 0);
   EXPECT_EQ(readFile(lineFile()).substr(0, 40), "0.000000,0.000000,100.000000,0.000000,3\n");
   EXPECT_TRUE(hasLine("line display 616,514-716,514 width 3 pen 00ff00", recordedDisplayCalls()));
 }
