@@ -1,5 +1,5 @@
 # Windows programs: telvane.exe (real devices), telvane-sim.exe (the virtual station),
-# the Windows tests run under Wine, and the window inspector of the end-to-end tests.
+# the Windows tests run under Wine, and the window inspector that `make run` and the end-to-end tests use.
 
 function(telvane_publish target)
   add_custom_command(TARGET ${target} POST_BUILD
@@ -80,7 +80,7 @@ if(TELVANE_TESTS)
     set_tests_properties(win_tests PROPERTIES ENVIRONMENT "TELVANE_BIN=${TELVANE_BIN_DIR}")
   endif()
 
-  file(GLOB TELVANE_INSPECT CONFIGURE_DEPENDS tests/e2e/inspect_win32.cpp)
+  file(GLOB TELVANE_INSPECT CONFIGURE_DEPENDS scripts/inspect_win32.cpp)
   if(TELVANE_INSPECT)
     add_executable(telvane-inspect ${TELVANE_INSPECT})
     target_link_libraries(telvane-inspect PRIVATE user32 gdi32)

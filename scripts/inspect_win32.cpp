@@ -1,5 +1,6 @@
-// telvane-inspect: a console tool the end-to-end tests run in the program's Wine prefix
-// to look at its windows from outside, as an operator sees them, and to act on them.
+// telvane-inspect: a console tool that `make run` and the end-to-end tests (through
+// scripts/wine_session.py) run in the program's Wine prefix to look at its windows from
+// outside, as an operator sees them, and to act on them.
 // Every answer is one JSON value on standard output; exit code 0 on success, 1 when the
 // window asked for is not there, 2 on a usage error.
 //
