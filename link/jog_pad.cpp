@@ -90,7 +90,8 @@ void JogPadPress(JogPad& pad, IntPoint point) {
     while (!pad.released) {
       MoveAxisBy(serialLink, step.axis, step.deltaUm);
       showStagePosition();
-      waitResponsive(10);
+      // A closed window sends no release: the held pad ends with the program.
+      if (waitResponsive(10) == kWaitClosing) break;
       if (pad.liveViewWasOn) {
         waitResponsive(10);
         setLiveView(kLiveViewOneFrame);

@@ -147,9 +147,17 @@ class WineSession:
     def controls(self, title):
         return self.inspect("list", title)
 
-    def screen_point(self, title, x, y):
-        """The screen point of client point (x, y) of the window."""
-        left, top = self.controls(title)["origin"]
+    def screen_point(self, title, x, y, timeout=30):
+        """The screen point of client point (x, y) of the window. The inspector answers
+        nothing while the program is too busy to answer its messages, so it asks again."""
+        deadline = time.monotonic() + timeout
+        listing = self.controls(title)
+        while not listing or "origin" not in listing:
+            if time.monotonic() > deadline:
+                raise TimeoutError("window %r gave no origin" % title)
+            time.sleep(0.2)
+            listing = self.controls(title)
+        left, top = listing["origin"]
         return left + x, top + y
 
     def click_client(self, title, x, y, button=1):
