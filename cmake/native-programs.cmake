@@ -12,11 +12,17 @@ if(TELVANE_BOARD_SIM_MAIN)
   telvane_publish(telvane-board-sim)
 endif()
 
+# The writing-time forecast: the program on the virtual station and the virtual clock.
+add_executable(telvane-forecast sim/forecast_main.cpp sim/forecast.cpp
+  $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_sim_model>
+  $<TARGET_OBJECTS:telvane_test_seams>)
+telvane_publish(telvane-forecast)
+
 if(TELVANE_TESTS)
   enable_testing()
   find_package(GTest REQUIRED)
   file(GLOB TELVANE_UNIT_TESTS CONFIGURE_DEPENDS tests/unit/*.cpp)
-  add_executable(telvane_unit_tests ${TELVANE_UNIT_TESTS}
+  add_executable(telvane_unit_tests ${TELVANE_UNIT_TESTS} sim/forecast.cpp
     $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_sim_model>
     $<TARGET_OBJECTS:telvane_test_seams>)
   target_link_libraries(telvane_unit_tests PRIVATE GTest::gtest GTest::gtest_main GTest::gmock)

@@ -57,6 +57,12 @@ target_link_libraries(telvane-sim PRIVATE ${TELVANE_WIN32_LIBS})
 telvane_gui_entry(telvane-sim)
 telvane_publish(telvane-sim)
 
+# The writing-time forecast, a console program the main window runs beside itself.
+add_executable(telvane-forecast sim/forecast_main.cpp sim/forecast.cpp
+  $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_sim_model>
+  $<TARGET_OBJECTS:telvane_test_seams>)
+telvane_publish(telvane-forecast)
+
 if(TELVANE_TESTS)
   enable_testing()
   set(gtest_force_shared_crt OFF CACHE BOOL "" FORCE)

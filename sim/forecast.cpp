@@ -1,0 +1,182 @@
+// The writing-time forecast: see forecast.h.
+#include "sim/forecast.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "app/command_dispatch.h"
+#include "app/startup.h"
+#include "resources/resource.h"
+#include "sim/picture_file.h"
+#include "sim/recorded_display.h"
+#include "sim/recorded_feedback.h"
+#include "sim/virtual_clock.h"
+#include "sim/virtual_serial.h"
+#include "station/data_paths.h"
+
+namespace {
+
+constexpr double kLineMsPerByte = 10.0 * 1000.0 / 9600.0;  // 8N1 at 9600 baud: 10 bits a byte
+constexpr int kLaserChannel = kBoardLaserChannel;
+
+LocalTime localTimeNow() {
+  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  std::tm parts{};
+#ifdef _WIN32
+  localtime_s(&parts, &now);
+#else
+  localtime_r(&now, &parts);
+#endif
+  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
+          parts.tm_hour,        parts.tm_min,     parts.tm_sec};
+}
+
+// How much of [from, to] some axis of the board spends moving. The moves under way do not
+// change while the clock advances: only a command starts or replaces one.
+uint64_t movingWithin(const VirtualBoard& board, uint64_t from, uint64_t to) {
+  uint64_t covered = 0, reached = from;
+  std::vector<std::pair<uint64_t, uint64_t>> spans;
+  for (const BoardAxis& axis : board.axes) {
+    if (!axis.moving) continue;
+    const auto end = axis.startMs + static_cast<uint64_t>(std::ceil(axis.durationMs));
+    spans.emplace_back(std::max(axis.startMs, from), std::min(end, to));
+  }
+  std::sort(spans.begin(), spans.end());
+  for (auto [start, end] : spans) {
+    start = std::max(start, reached);
+    if (end > start) {
+      covered += end - start;
+      reached = end;
+    }
+  }
+  return covered;
+}
+
+// Attributes each advance of the clock: moving with the laser on or off, or standing
+// while the line carries the bytes written so far, or standing quiet.
+class TimeAccount {
+ public:
+  explicit TimeAccount(Forecast& forecast) : f_(forecast) {}
+
+  void advance(uint64_t from, uint64_t to) {
+    const VirtualBoard& board = virtualSerialBoard();
+    const size_t written = virtualSerialWritten().size();
+    if (written > writtenSeen_) {
+      lineBusyUntil_ = std::max<double>(lineBusyUntil_, double(from)) +
+                       double(written - writtenSeen_) * kLineMsPerByte;
+      writtenSeen_ = written;
+    }
+    const bool laserOn = boardPwm(board, kLaserChannel) > 0;
+    const uint64_t moving = movingWithin(board, from, to);
+    const uint64_t standing = to - from - moving;
+    const uint64_t busyEnd = static_cast<uint64_t>(std::ceil(lineBusyUntil_));
+    const uint64_t serial =
+        std::min(standing, busyEnd > from ? std::min(busyEnd, to) - from : uint64_t{0});
+    (laserOn ? f_.strokeMs : f_.moveMs) += moving;
+    f_.serialMs += serial;
+    f_.waitMs += standing - serial;
+    if (laserOn) f_.laserOnMs += to - from;
+  }
+
+ private:
+  Forecast& f_;
+  size_t writtenSeen_ = virtualSerialWritten().size();
+  double lineBusyUntil_ = 0;
+};
+
+// The XY moves the board was told to make while the laser channel was up: each move of
+// the writing starts with its X command.
+int countStrokes(const std::vector<BoardCommandRecord>& commands, size_t first) {
+  int strokes = 0, laser = 0;
+  for (size_t i = first; i < commands.size(); ++i) {
+    const std::string& text = commands[i].text;
+    int channel = 0, value = 0;
+    if (std::sscanf(text.c_str(), "G %d %d", &channel, &value) == 2 && channel == kLaserChannel)
+      laser = value;
+    else if (text[0] == 'm' && laser > 0)
+      ++strokes;
+  }
+  return strokes;
+}
+
+bool importMask(const std::filesystem::path& file, std::string& error) {
+  RecordedPicture picture;
+  if (!readPictureFile(file, picture)) {
+    error = "cannot read the mask picture " + file.string();
+    return false;
+  }
+  recordedRegisterPicture(file.wstring(), picture);
+  recordedQueueFileChoice(file.wstring());
+  dispatchCommand(IDM_IMPORT_IMAGE);
+  dispatchCommand(IDM_MASK_PATTERN);
+  return true;
+}
+
+}  // namespace
+
+Forecast forecastWritingRun(const ForecastJob& job) {
+  Forecast forecast;
+  std::error_code ignored;
+  std::filesystem::create_directories(job.outputFolder, ignored);
+  virtualClockSetDesktop(job.outputFolder);
+  virtualClockSetLocalTime(localTimeNow());
+  dataPaths = DataPaths();
+  if (!job.settingsFile.empty() &&
+      !std::filesystem::copy_file(job.settingsFile, dataPaths.configPath,
+                                  std::filesystem::copy_options::overwrite_existing, ignored)) {
+    forecast.error = "cannot read the settings line " + job.settingsFile.string();
+    return forecast;
+  }
+  startUpDevices();
+  onMainWindowCreated();
+  if (!job.maskFile.empty() && !importMask(job.maskFile, forecast.error)) return forecast;
+  if (!job.lineFile.empty()) {
+    if (!std::filesystem::is_regular_file(job.lineFile)) {
+      forecast.error = "cannot read the line file " + job.lineFile.string();
+      return forecast;
+    }
+    recordedQueueFileChoice(job.lineFile.wstring());
+    dispatchCommand(IDM_IMPORT_LINE_PATTERNS);
+  }
+
+  const VirtualBoard& board = virtualSerialBoard();
+  const size_t firstCommand = board.commands.size();
+  const size_t writtenBefore = virtualSerialWritten().size();
+  TimeAccount account(forecast);
+  virtualClockObserve([&account](uint64_t from, uint64_t to) { account.advance(from, to); });
+  const uint64_t startMs = virtualClockNow();
+  dispatchCommand(IDC_START_WRITING);
+  forecast.totalMs = virtualClockNow() - startMs;
+  virtualClockObserve(nullptr);
+
+  forecast.strokes = countStrokes(board.commands, firstCommand);
+  forecast.commands = static_cast<int>(board.commands.size() - firstCommand);
+  forecast.bytes = virtualSerialWritten().size() - writtenBefore;
+  shutDownDevices();
+  return forecast;
+}
+
+std::string forecastReport(const Forecast& f) {
+  if (!f.error.empty()) return "error: " + f.error + "\n";
+  char text[600];
+  const auto s = [](uint64_t ms) { return double(ms) / 1000.0; };
+  std::snprintf(text, sizeof text,
+                "total: %.1f s\n"
+                "exposure strokes: %.1f s\n"
+                "moves between strokes: %.1f s\n"
+                "waits and pauses: %.1f s\n"
+                "serial traffic: %.1f s\n"
+                "strokes: %d\n"
+                "commands: %d\n"
+                "bytes: %llu\n"
+                "laser on: %.1f s\n",
+                s(f.totalMs), s(f.strokeMs), s(f.moveMs), s(f.waitMs), s(f.serialMs), f.strokes,
+                f.commands, static_cast<unsigned long long>(f.bytes), s(f.laserOnMs));
+  return text;
+}

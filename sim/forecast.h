@@ -1,0 +1,36 @@
+// The writing-time forecast: a writing run on the virtual station and the virtual clock,
+// set up as the operator sets up the program (the settings line, "Import Image" and
+// "Mask Pattern", "Import Line Patterns") and run as "Start Writing" runs it, as fast as
+// the processor allows. Every advance of the clock during the run is attributed to what
+// the station did meanwhile. telvane-forecast prints the result; the tests run it too.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+struct ForecastJob {
+  std::filesystem::path settingsFile;  // a Config.txt line; empty: the program's defaults
+  std::filesystem::path maskFile;      // a BMP or PNG; empty: no mask imported
+  std::filesystem::path lineFile;      // empty: no lines imported
+  std::filesystem::path outputFolder;  // the desktop of the run: Orvalin_Data lands there
+};
+
+struct Forecast {
+  std::string error;     // why there is no forecast; empty when there is one
+  uint64_t totalMs = 0;  // "Start Writing" to "All Writings finished"
+  // The total in four parts that add up to it.
+  uint64_t strokeMs = 0;  // the stage moving with the laser on
+  uint64_t moveMs = 0;    // the stage moving with the laser off
+  uint64_t waitMs = 0;    // the stage standing, the line quiet
+  uint64_t serialMs = 0;  // the stage standing while bytes are on the line
+  uint64_t laserOnMs = 0;
+  int strokes = 0;     // XY moves started with the laser on
+  int commands = 0;    // commands the board received
+  uint64_t bytes = 0;  // bytes on the line, both directions
+};
+
+// Sets the station up from the job's files and runs the writing run on the virtual station.
+Forecast forecastWritingRun(const ForecastJob& job);
+// The forecast as telvane-forecast prints it: "name: value" lines, times in seconds.
+std::string forecastReport(const Forecast& forecast);
