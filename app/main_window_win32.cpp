@@ -10,6 +10,7 @@
 #include "app/display_pointer.h"
 #include "app/display_window_win32.h"
 #include "app/main_controls_win32.h"
+#include "app/writing_forecast.h"
 #include "camera/heap_blocks.h"
 #include "link/jog_pad_win32.h"
 #include "resources/resource.h"
@@ -52,6 +53,7 @@ void onCommand(HWND window, int id, HWND, UINT) {
       DialogBoxW(appInstance, MAKEINTRESOURCEW(IDD_ABOUTBOX), window, aboutBoxProc);
       break;
     case IDM_EXIT: DestroyWindow(window); break;
+    case IDM_FORECAST_WRITING: onForecastWritingCommand(); break;
     default: dispatchCommand(id); break;
   }
 }

@@ -4,7 +4,7 @@
 //   IDD_  dialogs              103, 130, 138
 //   IDR_  menu, accelerators   109
 //   IDI_  icons                137
-//   IDM_  menu commands        104-105, 4000, 32794-32833
+//   IDM_  menu commands        104-105, 4000, 32794-32835
 //   IDC_  main-window controls 2002-2207, 3000-3106, 4003-4007, 32000-32002
 //   IDC_WCFG_  controls of the Writing Configuration dialog (130)   1-2, 913-1227
 //   IDC_DCFG_  controls of the Device Configuration dialog (138)    1-2, 900-1101
@@ -52,6 +52,7 @@
 #define IDM_APPLY_GAIN_EXPOSURE 32830  // Enter in "Gain" or "Expo."
 #define IDM_ERASE_MASK_PATTERN 32832
 #define IDM_LONG_STROKE_TEST 32833
+#define IDM_FORECAST_WRITING 32835
 
 // Controls of the main window. Boxes and labels without a function have id 0, and the
 // progress and time boxes share 2006 (they are reached by their handles).

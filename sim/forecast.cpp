@@ -12,6 +12,7 @@
 
 #include "app/command_dispatch.h"
 #include "app/startup.h"
+#include "link/serial_link.h"
 #include "resources/resource.h"
 #include "sim/picture_file.h"
 #include "sim/recorded_display.h"
@@ -122,6 +123,13 @@ bool importMask(const std::filesystem::path& file, std::string& error) {
 
 Forecast forecastWritingRun(const ForecastJob& job) {
   Forecast forecast;
+  // The board at rest and the port closed, as when the program starts: nothing in
+  // telvane-forecast, but another run in the same process starts afresh too.
+  if (serialLink.failed == 0) CloseSerialLink(serialLink);
+  serialLink = SerialLink();
+  virtualSerialReset();
+  recordedFeedbackReset();
+  recordedDisplayReset();
   std::error_code ignored;
   std::filesystem::create_directories(job.outputFolder, ignored);
   virtualClockSetDesktop(job.outputFolder);
