@@ -200,12 +200,12 @@ class WineSession:
                        env=self.env, check=True)
         subprocess.run(["xdotool", "key", "Return"], env=self.env, check=True)
 
-    def wait_caption(self, title, text, timeout=60, rect=None):
-        """Waits until a control of the window (at rect, if given) reads text."""
+    def wait_caption(self, title, text, timeout, rect):
+        """Waits until the control at client rectangle rect reads text (or, for a box of
+        several lines, holds it), asking for that control alone."""
+        x, y, w, h = rect
         def shown():
-            window = self.controls(title)
-            return window and any(c["caption"] == text and (rect is None or c["rect"] == rect)
-                                  for c in window["children"])
+            return text in (self.inspect("text", title, x + w // 2, y + h // 2) or "")
         wait_until(shown, timeout, "%r never showed %r" % (title, text), poll=1)
 
     def box_text(self, title, rect):
