@@ -15,3 +15,8 @@ extern IntSize pictureImageSize;  // the second picture size, set with the first
 void startUpDevices();
 // Writes Config.txt back, switches laser and illumination off, frees the cluster table.
 void shutDownDevices();
+// Once the main window is up, what the program starts with beyond the defaults.
+// telvane.exe (app/first_job_absent.cpp): nothing, every output stays off.
+// telvane-sim.exe (sim/first_job_seam.cpp): the sample job in the data folder, and the
+// lamp and the live view switched on as their "On" buttons do.
+void startFirstJob();

@@ -11,7 +11,6 @@
 #include "station/text_format.h"
 
 namespace {
-constexpr const char* kLineFormat = "%f,%f,%f,%f,%d\n";
 }  // namespace
 
 int importLines(const std::filesystem::path& path) {

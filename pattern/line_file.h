@@ -9,6 +9,9 @@
 
 #include "station/data_paths.h"
 
+// One segment's line: start x, start y, end x, end y, width class.
+inline constexpr const char* kLineFormat = "%f,%f,%f,%f,%d\n";
+
 // Clears the list, reads the file line by line and draws the lines. A line that does not
 // parse repeats the values read before it (zeros for the first line). An unopenable file
 // is reported with "Unable to open file" / "File open error". Returns 0.

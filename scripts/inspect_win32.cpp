@@ -11,6 +11,8 @@
 //   command TITLE ID               post WM_COMMAND ID to the window (a menu entry, or
 //   answer TITLE ID                a dialog's button: 1 OK, 6 Yes, 7 No)
 //   close TITLE                    post WM_CLOSE to the window
+//   text TITLE X Y                 the text of the child at client point (X, Y): one
+//                                  message, so it answers even while the program is busy
 #include <windows.h>
 
 #include <cstdio>
@@ -128,7 +130,7 @@ int listChildren(HWND window) {
 int usage() {
   std::fprintf(stderr,
                "usage: telvane-inspect windows | list TITLE | command TITLE ID | "
-               "answer TITLE ID | close TITLE\n");
+               "answer TITLE ID | close TITLE | text TITLE X Y\n");
   return 2;
 }
 
@@ -148,6 +150,12 @@ int main(int argc, char** argv) {
   if ((verb == "command" || verb == "answer") && argc == 4) {
     PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(std::atoi(argv[3])), 0);
     std::printf("true\n");
+    return 0;
+  }
+  if (verb == "text" && argc == 5) {
+    const POINT point = {std::atoi(argv[3]), std::atoi(argv[4])};
+    HWND child = ChildWindowFromPointEx(window, point, CWP_SKIPINVISIBLE);
+    std::printf("%s\n", child != nullptr && child != window ? json(textOf(child)).c_str() : "null");
     return 0;
   }
   if (verb == "close") {

@@ -24,6 +24,15 @@ MESSAGE_BOX_CLASS = "#32770"
 IDOK = 1
 
 
+def wait_until(condition, timeout, message, poll=0.3):
+    """Polls condition until it holds; AssertionError with message after timeout seconds."""
+    deadline = time.monotonic() + timeout
+    while not condition():
+        if time.monotonic() > deadline:
+            raise AssertionError(message() if callable(message) else message)
+        time.sleep(poll)
+
+
 class WineSession:
     """One program under Wine on its own display; use it as a context manager."""
 
@@ -106,12 +115,23 @@ class WineSession:
             return log.read().decode("utf-8", "replace")
 
     # --- looking and acting -----------------------------------------------------------
-    def inspect(self, *args):
-        run = subprocess.run(["wine", os.path.join(BIN, "telvane-inspect.exe")] + list(map(str, args)),
-                             env=self.env, stdin=subprocess.DEVNULL, capture_output=True,
-                             timeout=60)
-        text = run.stdout.decode("utf-8", "replace").strip()
-        return json.loads(text) if text else None
+    def inspect(self, *args, tries=3):
+        """The inspector's answer, or None when it gave none. Wine can take long to start a
+        process on a loaded machine, so a run that answered nothing within its time is
+        tried again (an action is never repeated once the inspector has answered it)."""
+        command = ["wine", os.path.join(BIN, "telvane-inspect.exe")] + list(map(str, args))
+        for _ in range(tries):
+            try:
+                out = subprocess.run(command, env=self.env, stdin=subprocess.DEVNULL,
+                                     capture_output=True, timeout=60).stdout
+            except subprocess.TimeoutExpired as late:
+                out = late.stdout or b""
+            text = out.decode("utf-8", "replace").strip()
+            try:
+                return json.loads(text)
+            except ValueError:  # nothing, or cut off by the time-out
+                continue
+        return None
 
     def windows(self):
         return self.inspect("windows") or []
@@ -170,6 +190,23 @@ class WineSession:
         """Real key presses on the window, after giving it the keyboard focus."""
         subprocess.run(["xdotool", "search", "--name", "^%s$" % title, "windowfocus", "--sync",
                         "key", "--delay", "200", *keys], env=self.env, check=True)
+
+    def answer_file_dialog(self, unix_path):
+        """Types the path into the real "Open" dialog (drive Z: is the Linux root)."""
+        if not self.wait_window("Open"):
+            raise AssertionError("no file dialog")
+        subprocess.run(["xdotool", "search", "--name", "^Open$", "windowfocus", "--sync", "type",
+                        "--delay", "30", "Z:" + unix_path.replace("/", "\\")],
+                       env=self.env, check=True)
+        subprocess.run(["xdotool", "key", "Return"], env=self.env, check=True)
+
+    def wait_caption(self, title, text, timeout, rect):
+        """Waits until the control at client rectangle rect reads text (or, for a box of
+        several lines, holds it), asking for that control alone."""
+        x, y, w, h = rect
+        def shown():
+            return text in (self.inspect("text", title, x + w // 2, y + h // 2) or "")
+        wait_until(shown, timeout, "%r never showed %r" % (title, text), poll=1)
 
     def box_text(self, title, rect):
         """The text of the child window at client rectangle rect (x, y, width, height)."""

@@ -1,25 +1,27 @@
-"""What the operator stories share: the board simulator on COM3, the real file dialog,
-waiting for the program, and reading pixels of a screenshot."""
+"""What the operator scenarios share: the board simulator on COM3, the controls by id,
+the agreement of a written picture with its mask, and pixels of a screenshot."""
 import os
+import struct
 import subprocess
 import sys
-import time
+import zlib
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts"))
-from wine_session import BIN, WineSession  # noqa: E402,F401
+from first_job import TITLE  # noqa: E402,F401
+from wine_session import BIN, WineSession, wait_until  # noqa: E402,F401
 
-TITLE = "Telvane"
-PROGRESS_BOX = [1262, 380, 170, 20]
+INSIDE = (117, 15, 998, 998)  # inside the writing area's green outline (116, 14) - (1115, 1013)
+FINE = range(390, 610)        # the finely written centre, cells from the top-left, each way
 
 
 class Board:
     """telvane-board-sim linked as the session's COM3; its log holds every command."""
 
-    def __init__(self, session, *faults):
+    def __init__(self, session):
         self.log = os.path.join(session.folder, "board.log")
         link = os.path.join(session.prefix, "dosdevices", "com3")
         self.process = subprocess.Popen(
-            [os.path.join(BIN, "telvane-board-sim"), "--link", link, "--log", self.log, *faults],
+            [os.path.join(BIN, "telvane-board-sim"), "--link", link, "--log", self.log],
             stdout=subprocess.PIPE, stdin=subprocess.DEVNULL, text=True)
         self.process.stdout.readline()  # the terminal's path: the link exists from here on
 
@@ -37,34 +39,58 @@ class Board:
         self.process.stdout.close()
 
 
-def wait_until(condition, timeout, message, poll=0.3):
-    deadline = time.monotonic() + timeout
-    while not condition():
-        if time.monotonic() > deadline:
-            raise AssertionError(message() if callable(message) else message)
-        time.sleep(poll)
-
-
-def answer_file_dialog(session, unix_path):
-    """Types the path into the real "Open" dialog (drive Z: is the Linux root)."""
-    if not session.wait_window("Open"):
-        raise AssertionError("no file dialog")
-    subprocess.run(["xdotool", "search", "--name", "^Open$", "windowfocus", "--sync", "type",
-                    "--delay", "30", "Z:" + unix_path.replace("/", "\\")],
-                   env=session.env, check=True)
-    subprocess.run(["xdotool", "key", "Return"], env=session.env, check=True)
-
-
 def children(session, title=TITLE):
     return {c["id"]: c for c in session.controls(title)["children"] if c["id"]}
 
 
-def wait_progress(session, text, timeout=300):
-    def shown():
-        window = session.controls(TITLE)
-        return window and any(c["rect"] == PROGRESS_BOX and c["caption"] == text
-                              for c in window["children"])
-    wait_until(shown, timeout, "the progress box never read %r" % text, poll=2)
+def click_control(session, title, control_id):
+    x, y, w, h = children(session, title)[control_id]["rect"]
+    session.click_client(title, x + w // 2, y + h // 2)
+
+
+def png_dark_cells(path):
+    """The dark cells (x, y from the top-left) of a 1000 x 1000 grey or RGB(A) PNG without
+    interlacing, dark as the program takes it: red + green + blue < 128."""
+    with open(path, "rb") as f:
+        data = f.read()
+    at, idat, width = 8, b"", 0
+    while at < len(data):
+        size, kind = struct.unpack(">I4s", data[at:at + 8])
+        body = data[at + 8:at + 8 + size]
+        if kind == b"IHDR":
+            width, _, depth, colour = struct.unpack(">IIBB", body[:10])
+        elif kind == b"IDAT":
+            idat += body
+        at += 12 + size
+    bits = depth * {0: 1, 2: 3, 4: 2, 6: 4}[colour]
+    stride, step = (width * bits + 7) // 8, max(1, bits // 8)
+    raw, rows, previous = zlib.decompress(idat), [], bytearray(stride)
+    for y in range(len(raw) // (stride + 1)):
+        kind, row = raw[y * (stride + 1)], bytearray(raw[y * (stride + 1) + 1:(y + 1) * (stride + 1)])
+        for i in range(stride):  # the five PNG filters
+            a = row[i - step] if i >= step else 0
+            b, c = previous[i], previous[i - step] if i >= step else 0
+            p = a + b - c
+            pred = {0: 0, 1: a, 2: b, 3: (a + b) // 2,
+                    4: a if abs(p - a) <= min(abs(p - b), abs(p - c)) else
+                    (b if abs(p - b) <= abs(p - c) else c)}[kind]
+            row[i] = (row[i] + pred) & 0xFF
+        rows.append(bytes(row))
+        previous = row
+    if bits == 1:
+        return {(x, y) for y, row in enumerate(rows) for x in range(width)
+                if not row[x // 8] & (0x80 >> (x % 8))}
+    channels = 1 if colour in (0, 4) else 3
+    return {(x, y) for y, row in enumerate(rows) for x in range(width)
+            if sum(row[x * step:x * step + channels]) * (3 // channels) < 128}
+
+
+def agreement(written, target):
+    """Of the cells dark in either, the share dark in both: (fine centre, coarse outside)."""
+    def share(inside):
+        union = {c for c in written | target if (c[0] in FINE and c[1] in FINE) == inside}
+        return len({c for c in union if c in written and c in target}) / max(1, len(union))
+    return share(True), share(False)
 
 
 def points_of(session, shot, colour, left, top, width, height):
