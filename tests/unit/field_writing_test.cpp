@@ -31,8 +31,7 @@ class FieldWriting : public LinkTest {
     LinkTest::TearDown();
   }
 
-  // A held layout of width x height cells of 1 um, centred on the writing reference, as
-  // the layout import leaves it, with dark rectangles (left, top, right, bottom).
+  // A held layout of 1 um cells centred on the reference, dark rectangles (l, t, r, b).
   static void holdLayout(int width, int height, const std::vector<std::array<int, 4>>& dark) {
     heldLayout = LayoutRaster{width, height, 1.0, 0, 0, {}};
     heldLayout.dark.assign(static_cast<size_t>(width) * height, 0);
@@ -41,11 +40,9 @@ class FieldWriting : public LinkTest {
         for (int x = left; x < right; ++x) heldLayout.dark[static_cast<size_t>(y) * width + x] = 1;
   }
 
-  // Field f (in writing order) should cover the layout cells from its top-left (x, y).
-  // Reads the board's exposure log: every exposed point of field f lies on a dark cell
-  // of its own field, at the stage place (column - width / 2, height / 2 - 1 - row) um
-  // from the writing reference whatever the field; returns, per cell, the fields whose
-  // exposure passed over it.
+  // Every point field f (writing order, top-left cell given) exposed lies on a dark cell of
+  // its own field, at (column - width / 2, height / 2 - 1 - row) um from the reference
+  // whatever the field. Returns per cell the fields whose exposure passed over it.
   std::vector<uint16_t> exposedCells(const std::vector<std::pair<int, int>>& fieldTopLeft) {
     const int w = heldLayout.widthCells, h = heldLayout.heightCells;
     std::vector<uint16_t> fields(heldLayout.dark.size(), 0);
@@ -98,7 +95,8 @@ class FieldWriting : public LinkTest {
 // at its own place, without a cell of another field: a bar and a square carried across the
 // seams come out whole. One record, the progress over all fields, the field being written
 // outlined on the display, the stage back at the end. "Yes" in the second field ends the
-// run after its stroke: no third field, and the stage goes back all the same.
+// run after its stroke: no third field, and the stage goes back all the same. With an
+// overlap, neighbouring fields both write the strip they share.
 TEST_F(FieldWriting, ALayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) {
   holdLayout(3000, 3000,
              {{200, 100, 2800, 120},      // a bar across the top row of fields
@@ -137,7 +135,6 @@ TEST_F(FieldWriting, ALayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) {
   EXPECT_EQ(percents.back(), 100);
   EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
   EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2), "m0,M0");
-
   TearDown();
   SetUp();
   holdLayout(3000, 3000, {{200, 100, 2800, 120}});  // 16000 cells in field 1, 20000 in 2
@@ -153,19 +150,18 @@ TEST_F(FieldWriting, ALayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) {
   EXPECT_EQ(boardPwm(virtualSerialBoard(), kBoardLaserChannel), 0);
   EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
   EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2), "m0,M0");
-}
 
-// With an overlap of 12 um two fields share a strip of 12 cells: the bar across it is
-// written there by both, each field exposing only its own cells.
-TEST_F(FieldWriting, NeighbouringFieldsBothWriteTheirSharedStrip) {
+  // With an overlap of 12 um two fields share a strip of 12 cells: both write the bar there.
+  TearDown();
+  SetUp();
   holdLayout(1988, 1000, {{100, 100, 1900, 120}});
   fieldOverlapUm = 12;
   dispatchCommand(IDC_START_WRITING);
-  const std::vector<uint16_t> exposed = exposedCells({{0, 0}, {988, 0}});
+  const std::vector<uint16_t> shared = exposedCells({{0, 0}, {988, 0}});
   for (int x = 100; x < 1900; ++x) {
     for (int y = 100; y < 120; ++y) {
-      EXPECT_TRUE(x >= 1000 || reached(exposed, x, y, 0, 0, 0)) << x << "," << y;
-      EXPECT_TRUE(x < 988 || reached(exposed, x, y, 1, 988, 0)) << x << "," << y;
+      EXPECT_TRUE(x >= 1000 || reached(shared, x, y, 0, 0, 0)) << x << "," << y;
+      EXPECT_TRUE(x < 988 || reached(shared, x, y, 1, 988, 0)) << x << "," << y;
     }
   }
 }
