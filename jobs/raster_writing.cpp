@@ -96,15 +96,16 @@ void writeStroke(const ClusterBox& box, bool alongRow, int line, int start, int 
 }  // namespace
 
 int centerWritingOnly = 0;
+FieldShare fieldShare;
 
 double StageXForColumn(int cell, int factor) {
-  return station.stageX + station.offsetX +
+  return station.stageX + station.offsetX + fieldShare.offsetXUm +
          (cell * factor - kPatternCentre) * static_cast<double>(station.magnification) +
          laser.laserShiftX;
 }
 
 double StageYForRow(int cell, int factor) {
-  return station.stageY + station.offsetY +
+  return station.stageY + station.offsetY + fieldShare.offsetYUm +
          (cell * factor - kPatternCentre) * static_cast<double>(station.magnification) +
          laser.laserShiftY;
 }
@@ -115,11 +116,12 @@ void StartRasterWriting() {
   setLiveView(kLiveViewOff);
   SwitchLaser(laser, 0);
   // The defocus base is the X reading, as the station has always taken it.
-  const double defocusBase = QueryAxisPosition(serialLink, 0);
+  const double defocusBase = QueryAxisPosition(serialLink, 0) - fieldShare.offsetXUm;
 
   // Prepare: progress raster unwritten, target from the pictures, the two rasters.
   std::fill_n(finalPattern.cells, static_cast<size_t>(kPatternSide) * kPatternSide, kBrightCell);
   buildTargetPattern(maskImage, alignmentMarkImage, targetPattern);
+  if (fieldShare.cellsInRun > 0) station.cellCount = fieldShare.cellsInRun;
   showTimeEstimate(cellGrid.cellSize);
   const MaskPattern* source = &targetPattern;
   if (1.0 / station.zoom != 1.0) {
@@ -127,6 +129,7 @@ void StartRasterWriting() {
     source = &zoomedPattern;
   }
   const int n = BuildWritingRasters(*source, coarsePattern, finePattern);
+  station.doneCells = fieldShare.cellsBefore;
   if (clusterTable == nullptr) return;
 
   // Fine pass.

@@ -24,6 +24,18 @@ void StartRasterWriting();
 // "Center Writing Only" (0/1): the run ends after the fine pass of the central square.
 extern int centerWritingOnly;
 
+// The field a run of several fields is writing: where it lies from the writing reference
+// (um, added to every stroke's place and taken off the defocus base, so each field is
+// defocused as the first), and the cells the run wrote before it and writes in all, which
+// the progress and the time estimate count. All 0 while one writing area is written.
+struct FieldShare {
+  double offsetXUm = 0;
+  double offsetYUm = 0;
+  int cellsBefore = 0;
+  int cellsInRun = 0;
+};
+extern FieldShare fieldShare;
+
 // coarse := the n x n block raster (stride n; the central square bright, elsewhere 1 when
 // at least s x s / 2 of the block's source cells are bright), fine := the source inside
 // the central 220 x 220, 1 outside. Clears the written count. Returns n.

@@ -2,7 +2,9 @@
 #include "jobs/writing_run.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <vector>
 
 #include "camera/camera_commands.h"
 #include "camera/live_view_control.h"
@@ -13,6 +15,9 @@
 #include "link/controller_commands.h"
 #include "link/stage_motion.h"
 #include "pattern/display_layers.h"
+#include "pattern/field_display.h"
+#include "pattern/field_plan.h"
+#include "pattern/layout_raster.h"
 #include "pattern/line_pattern.h"
 #include "pattern/pattern_stores.h"
 #include "resources/resource.h"
@@ -30,6 +35,8 @@ constexpr double kOffsetLimitUm = 300.0;
 constexpr int kOffsetBoxChars = 11;  // ten characters and the terminator
 constexpr double kBacklashStepUm = 2.0;
 constexpr int kZAxis = 2;
+constexpr uint64_t kFieldSettleMs = 5000;
+constexpr int kFieldSettleSliceMs = 10;
 
 // Parses a Dx or Dy box into offset, clamped; text that does not parse keeps the old value.
 void readOffsetBox(Box box, double& offsetUm) {
@@ -63,6 +70,61 @@ void takeUpZBacklash() {
 }
 
 bool stopWasRequested() { return station.stopRequested == 1; }
+
+// The move to a field's place ends when both axes report it: a straight move's wait ends
+// on its planned time, and a field's first stroke must start from the field's place,
+// however far the last field lay. A stop or a time-out ends the wait as well.
+void moveToField(double xUm, double yUm) {
+  MoveXY(xUm, yUm, station.writingSpeed);
+  const uint64_t startMs = systemTickMs();
+  while (systemTickMs() - startMs < kFieldSettleMs) {
+    const bool there = std::fabs(QueryAxisPosition(serialLink, 0) - xUm) < 1.0 &&
+                       std::fabs(QueryAxisPosition(serialLink, 1) - yUm) < 1.0;
+    if (there || waitResponsive(kFieldSettleSliceMs) != kWaitTimeUp) break;
+  }
+  serialLink.positionUm[0] = xUm;
+  serialLink.positionUm[1] = yUm;
+}
+
+// The held layout, larger than one writing area, written field by field: each field's
+// cells become the mask picture and the target, the stage goes to the field's offset
+// from the writing reference (back at the writing height after a defocused pass), and
+// the raster engine writes it; the progress counts every field. A stop ends the run
+// after the stroke under way. The mask picture and the mark layer are given back.
+void writeLayoutFields() {
+  const FieldPlan plan = planFields(heldLayout, fieldOverlapUm);
+  const size_t pictureBytes = static_cast<size_t>(kPatternSide) * kPatternSide * 4;
+  const std::vector<uint8_t> heldPicture(maskImage.pixels, maskImage.pixels + pictureBytes);
+  const int32_t markShown = alignmentMarkImage.valid;
+  alignmentMarkImage.valid = 0;  // only the layout is written, field by field
+  const double writingZ = station.stageZ + laser.laserShiftZ;
+  fieldShare = FieldShare();
+  fieldShare.cellsInRun = std::max(plan.darkCells, 1);
+  for (size_t i = 0; i < plan.fields.size() && !stopWasRequested(); ++i) {
+    const LayoutField& field = plan.fields[i];
+    char text[64];
+    std::snprintf(text, sizeof text, "Writing field %d of %d", static_cast<int>(i) + 1,
+                  static_cast<int>(plan.fields.size()));
+    showLayoutFields(heldLayout, plan, static_cast<int>(i));
+    showStatus(text);
+    drawFieldPicture(heldLayout, field, maskImage);
+    fieldShare.offsetXUm = field.offsetXUm;
+    fieldShare.offsetYUm = field.offsetYUm;
+    moveToField(laser.laserShiftX + station.stageX + field.offsetXUm,
+                laser.laserShiftY + station.stageY + field.offsetYUm);
+    if (serialLink.positionUm[kZAxis] != writingZ) {
+      MoveAxisAndWait(serialLink, kZAxis, writingZ);
+      takeUpZBacklash();
+    }
+    if (stopWasRequested()) break;
+    StartRasterWriting();
+    fieldShare.cellsBefore = station.doneCells;
+  }
+  fieldShare = FieldShare();
+  alignmentMarkImage.valid = markShown;
+  std::copy(heldPicture.begin(), heldPicture.end(), maskImage.pixels);
+  showLayoutFields(heldLayout, plan, -1);
+}
 
 void moveToOffsetPlace() {
   MoveXY(laser.laserShiftX + station.offsetX, laser.laserShiftY + station.offsetY,
@@ -111,7 +173,10 @@ void onStartWritingCommand() {
     StartVectorWriting(linePattern);
     writingActive = 1;  // the run goes on until the stage is back
   }
-  if (!stopWasRequested() && (maskImage.valid != 0 || alignmentMarkImage.valid != 0)) {
+  if (!stopWasRequested() && maskImage.valid != 0 && layoutNeedsFields(heldLayout)) {
+    writeLayoutFields();
+    writingActive = 1;
+  } else if (!stopWasRequested() && (maskImage.valid != 0 || alignmentMarkImage.valid != 0)) {
     StartRasterWriting();
     writingActive = 1;
   }

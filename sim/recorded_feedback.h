@@ -22,6 +22,8 @@ void recordedScriptQuit(uint64_t atMs);
 // A message that, when the program dispatches it, runs action (a button let go, a command
 // chosen during a long operation), once the virtual clock reaches atMs. Script in time order.
 void recordedScriptAction(uint64_t atMs, std::function<void()> action);
+// Called with each status text as the program paints it, while the program waits on it.
+void recordedWatchStatus(std::function<void(const std::string&)> watcher);
 // The answer to the next Yes/No question (questions with nothing queued get No).
 void recordedQueueAnswer(Answer answer);
 // How many scripted clicks were dispatched (let through) rather than consumed.

@@ -22,6 +22,7 @@ std::deque<ScriptedClick> clicks;
 std::deque<Answer> answers;
 int dispatchedClicks = 0;
 std::function<void()> takenAction;
+std::function<void(const std::string&)> statusWatcher;
 
 const char* boxName(Box box) {
   switch (box) {
@@ -62,6 +63,11 @@ void recordedFeedbackReset() {
   answers.clear();
   dispatchedClicks = 0;
   takenAction = nullptr;
+  statusWatcher = nullptr;
+}
+
+void recordedWatchStatus(std::function<void(const std::string&)> watcher) {
+  statusWatcher = std::move(watcher);
 }
 
 const std::vector<std::string>& recordedCalls() { return calls; }
@@ -102,6 +108,7 @@ std::string feedbackGetBoxText(Box box, int maxChars) {
 
 void feedbackPaintStatus(const std::string& newest, const std::string& previous) {
   calls.push_back("status: " + newest + "|" + previous);
+  if (statusWatcher) statusWatcher(newest);
 }
 
 void feedbackSetButtonText(int controlId, const std::string& text) {
