@@ -1,0 +1,4 @@
+#include "pattern/layout_raster.h"
+
+LayoutRaster heldLayout;
+double fieldOverlapUm = 0;
