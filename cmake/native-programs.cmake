@@ -12,6 +12,12 @@ if(TELVANE_BOARD_SIM_MAIN)
   telvane_publish(telvane-board-sim)
 endif()
 
+# The layout import on the command line, for the tests that compare it with other programs.
+add_executable(telvane-layout-raster sim/layout_raster_main.cpp pattern/layout_import.cpp
+  pattern/layout_geometry.cpp pattern/gdsii_reader.cpp pattern/dxf_reader.cpp
+  pattern/layout_raster.cpp)
+telvane_publish(telvane-layout-raster)
+
 if(TELVANE_TESTS)
   enable_testing()
   find_package(GTest REQUIRED)
