@@ -121,7 +121,11 @@ bool rasterizeLayout(const std::vector<LayoutPolygon>& polygons, double cellUm, 
       maxY = std::max(maxY, p.y);
     }
   }
-  if (!(minX <= maxX && minY <= maxY) || !(cellUm > 0)) {
+  if (!(cellUm > 0)) {
+    message = "The magnification is not above 0.";
+    return false;
+  }
+  if (!(minX <= maxX && minY <= maxY)) {
     message = "The layer holds no shapes.";
     return false;
   }
