@@ -102,19 +102,19 @@ def gdsii_layout(folder):
 
 def dxf_layout(folder):
     doc = ezdxf.new()
-    doc.units = ezdxf.units.MM
+    doc.units = 13  # micrometres
     msp = doc.modelspace()
     a = {"layer": "METAL"}
-    msp.add_lwpolyline([(0, 0, 0), (0.2, 0, 0.5), (0.2, 0.1, 0), (0, 0.12, -0.3)], format="xyb", close=True, dxfattribs=a)
-    msp.add_polyline2d([(-0.3, -0.3), (-0.1, -0.28), (-0.2, -0.1)], close=True, dxfattribs=a)
-    msp.add_circle((0.15, -0.2), 0.07, dxfattribs=a)
-    msp.add_solid([(-0.3, 0.1), (-0.15, 0.1), (-0.3, 0.25), (-0.12, 0.3)], dxfattribs=a)
-    msp.add_solid([(0.3, 0.1), (0.4, 0.1), (0.35, 0.25)], dxfattribs=a)
-    msp.add_circle((0, 0), 0.5, dxfattribs={"layer": "OTHER"})
+    msp.add_lwpolyline([(0, 0, 0), (200, 0, 0.5), (200, 100, 0), (0, 120, -0.3)], format="xyb", close=True, dxfattribs=a)
+    msp.add_polyline2d([(-300, -300), (-100, -280), (-200, -100)], close=True, dxfattribs=a)
+    msp.add_circle((150, -200), 70, dxfattribs=a)
+    msp.add_solid([(-300, 100), (-150, 100), (-300, 250), (-120, 300)], dxfattribs=a)
+    msp.add_solid([(300, 100), (400, 100), (350, 250)], dxfattribs=a)
+    msp.add_circle((0, 0), 500, dxfattribs={"layer": "OTHER"})
     path = os.path.join(folder, "test.dxf")
     doc.saveas(path)
     read = ezdxf.readfile(path)
-    polygons = [[(p.x * 1000, p.y * 1000) for p in ezdxf.path.make_path(e).flattening(0.00001)]
+    polygons = [[(p.x, p.y) for p in ezdxf.path.make_path(e).flattening(0.01)]
                 for e in read.modelspace().query('*[layer=="METAL"]')]
     return path, polygons
 
