@@ -83,7 +83,7 @@ class LayoutImport : public PatternTest {
 };
 
 const std::string kTwoTops =
-    library(cell("SUB", square(10, -20, 50)) + cell("TOP", reference("SUB")) +
+    library(cell("SUB", square(10, -20, 50) + square(10, 40, 6)) + cell("TOP", reference("SUB")) +
             cell("OTHER", square(-400, -400, 20)));
 
 // The layout lands at true scale around the writing reference (or centred on its box),
@@ -94,15 +94,19 @@ TEST_F(LayoutImport, ALayerOfATopCellBecomesTheMaskPictureAtTrueScale) {
   EXPECT_EQ(recordedDialogEntries(IDC_LAYOUT_TOP_CELL), (std::vector<std::string>{"TOP", "OTHER"}));
   EXPECT_EQ(recordedDialogEntries(IDC_LAYOUT_LAYER), std::vector<std::string>{"1/0"});
   EXPECT_EQ(heldLayout.widthCells, 25);
+  EXPECT_EQ(std::count(heldLayout.dark.begin(), heldLayout.dark.end(), 1), 25 * 25 + 3 * 3);
   EXPECT_EQ(heldLayout.cellUm, 2);
   EXPECT_EQ(fieldOverlapUm, 12.5);
   dispatchCommand(IDM_MASK_PATTERN);
-  EXPECT_EQ(station.cellCount, 25 * 25);
-  // x 10..60 um is cells 5..29 right of the reference (column 500), y -20..30 rows -10..14.
+  EXPECT_EQ(station.cellCount, 25 * 25 + 3 * 3);
+  // x 10..60 um is cells 5..29 right of the reference (column 500), y -20..30 rows -10..14,
+  // and the small square above it rows 20..22.
   EXPECT_EQ(getRed(maskImage, 505, 490), 0);
   EXPECT_EQ(getRed(maskImage, 529, 514), 0);
-  EXPECT_EQ(getRed(maskImage, 504, 490) + getRed(maskImage, 530, 514) + getRed(maskImage, 505, 489),
-            3 * 255);
+  EXPECT_EQ(getRed(maskImage, 507, 522), 0);
+  EXPECT_EQ(getRed(maskImage, 504, 490) + getRed(maskImage, 530, 514) +
+                getRed(maskImage, 505, 489) + getRed(maskImage, 520, 522),
+            4 * 255);
 
   station.magnification = 1;
   importFile("two.gds", kTwoTops, 0, 1, true);
@@ -154,7 +158,7 @@ TEST_F(LayoutImport, AFileItRefusesLeavesTheHeldPatternAsItWas) {
         << ::testing::PrintToString(recordedCalls());
     EXPECT_EQ(heldLayout.dark, before.dark) << c.name;
     EXPECT_EQ(maskPicturePath, path) << c.name;
-    EXPECT_EQ(darkPixels(), 50 * 50) << c.name;
+    EXPECT_EQ(darkPixels(), 50 * 50 + 6 * 6) << c.name;
   }
 }
 
