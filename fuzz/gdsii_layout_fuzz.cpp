@@ -2,7 +2,7 @@
 // shapes of every layer of every top cell rasterized (box-centred when the first byte's
 // high bit is set) and the writing area's picture written once. The cells are 1 to 10 um
 // (the first byte), and at least the layout's extent / 2000, so that one input stays
-// fast; the import's own limit on the raster is the unit tests'. A refusal is a message,
+// fast, and the budgets of corners and placements are a million. A refusal is a message,
 // never a crash or a hang.
 #include <algorithm>
 #include <cstddef>
@@ -12,6 +12,9 @@
 #include "pattern/layout_import.h"
 
 namespace {
+
+// A million corners and placements: the budgets' refusal is reached within a second.
+constexpr size_t kFuzzPointBudget = 1'000'000;
 
 double cellFor(const LayoutShapes& shapes, uint8_t choice) {
   double low = 0, high = 0;
@@ -41,6 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (const std::string& layer : document.layers()) {
     for (const std::string& top : document.topCells()) {
       LayoutShapes shapes;
+      shapes.pointBudget = kFuzzPointBudget;
+      shapes.placementBudget = kFuzzPointBudget;
+      shapes.pointBudget = kFuzzPointBudget;
+      shapes.placementBudget = kFuzzPointBudget;
       if (!gdsiiShapes(document.library, layer, top, 0.5, shapes).empty()) continue;
       LayoutRaster raster;
       std::string message;

@@ -279,7 +279,7 @@ std::string dxfShapes(const DxfDrawing& drawing, const std::string& layer, doubl
     }
     for (LayoutPoint& p : polygon) p = {p.x * k, p.y * k};
     if (spent || !shapes.add(std::move(polygon)))
-      return "The layout has more than " + std::to_string(kLayoutPointBudget / 1'000'000) +
+      return "The layout has more than " + std::to_string(shapes.pointBudget / 1'000'000) +
              " million corners on this layer.";
   }
   if (shapes.polygons.empty()) return "The layer " + layer + " holds no shapes.";

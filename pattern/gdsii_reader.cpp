@@ -44,9 +44,6 @@ enum Record : uint8_t {
   kLastKnown = 0x3B,  // LIBSECUR, the last type of the stream format
 };
 
-// Instances of references walked for one layer at most: a walk over empty cells ends.
-constexpr size_t kInstanceBudget = 50'000'000;
-
 std::string at(const char* what, size_t offset) {
   char text[160];
   std::snprintf(text, sizeof text, "%s at byte %zu.", what, offset);
@@ -252,7 +249,6 @@ struct Walk {
   double toleranceUm = 0;
   LayoutShapes& shapes;
   std::vector<int> holds;  // per structure: -1 unknown, 0 no, 1 the layer lies in it or below
-  size_t instances = 0;
   std::string error;
 
   // Whether structure s (or anything it refers to) holds the layer; finds loops, missing
@@ -291,15 +287,15 @@ struct Walk {
 
   bool add(LayoutPolygon polygon) { return shapes.add(std::move(polygon)) || spent(); }
   bool spent() {
-    error = "The layout has more than " + std::to_string(kLayoutPointBudget / 1'000'000) +
+    error = "The layout has more than " + std::to_string(shapes.pointBudget / 1'000'000) +
             " million corners on this layer.";
     return false;
   }
 
   bool place(size_t s, const Placement& p) {
-    if (++instances > kInstanceBudget) {
+    if (++shapes.placements > shapes.placementBudget) {
       error = "The layout places its cells more than " +
-              std::to_string(kInstanceBudget / 1'000'000) + " million times.";
+              std::to_string(shapes.placementBudget / 1'000'000) + " million times.";
       return false;
     }
     for (const GdsiiElement& e : library.structures[s].elements) {
@@ -432,7 +428,7 @@ std::string readGdsii(const uint8_t* data, size_t size, GdsiiLibrary& library) {
 
 std::string gdsiiShapes(const GdsiiLibrary& library, const std::string& layer,
                         const std::string& topCell, double toleranceUm, LayoutShapes& shapes) {
-  Walk walk{library, {}, 0, 0, toleranceUm, shapes, {}, 0, {}};
+  Walk walk{library, {}, 0, 0, toleranceUm, shapes, {}, {}};
   if (std::sscanf(layer.c_str(), "%d/%d", &walk.layer, &walk.datatype) != 2)
     return "The file has no layer " + layer + ".";
   for (size_t i = 0; i < library.structures.size(); ++i)

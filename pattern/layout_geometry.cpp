@@ -8,7 +8,7 @@
 #include <numbers>
 
 bool LayoutShapes::add(LayoutPolygon polygon) {
-  if (polygon.size() > kLayoutPointBudget - points) return false;
+  if (points > pointBudget || polygon.size() > pointBudget - points) return false;
   points += polygon.size();
   polygons.push_back(std::move(polygon));
   return true;

@@ -23,10 +23,17 @@ constexpr int kLayoutNestingLimit = 32;  // references inside references
 // The largest raster an import makes: 400 million cells (20 mm square at 1 um).
 constexpr double kLayoutCellBudget = 400e6;
 
-// The polygons one layer of one cell gives, in um, with the points spent so far.
+// Placements of cells (references walked) one import may make at most.
+constexpr size_t kLayoutPlacementBudget = 50'000'000;
+
+// The polygons one layer of one cell gives, in um, with the points and placements spent
+// so far and the budgets they may reach (smaller where a test must stay fast).
 struct LayoutShapes {
   std::vector<LayoutPolygon> polygons;
   size_t points = 0;
+  size_t placements = 0;
+  size_t pointBudget = kLayoutPointBudget;
+  size_t placementBudget = kLayoutPlacementBudget;
   // Adds polygon unless the budget is spent; false (and nothing added) then.
   bool add(LayoutPolygon polygon);
 };
