@@ -2,6 +2,7 @@
 #include "app/command_dispatch.h"
 
 #include "app/device_configuration.h"
+#include "app/layout_import_dialog.h"
 #include "app/shell_commands.h"
 #include "app/writing_configuration.h"
 #include "camera/camera_commands.h"
@@ -92,6 +93,7 @@ void dispatchCommand(int id) {
     case IDC_SHOW_MASK_FILE: onShowMaskFileCommand(); break;
     case IDM_IMPORT_IMAGE: onImportImageCommand(); break;
     case IDM_IMPORT_ALIGNMENT_MARK: onImportAlignmentMarkCommand(); break;
+    case IDM_IMPORT_LAYOUT: onImportLayoutCommand(); break;
     case IDM_MASK_PATTERN: onMaskPatternCommand(); break;
     case IDM_SHOW_TARGET_PATTERN: onShowTargetPatternCommand(); break;
     case IDM_FIND_EDGES: onFindEdgesCommand(); break;

@@ -17,6 +17,11 @@ add_executable(telvane-forecast sim/forecast_main.cpp sim/forecast.cpp
   $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_sim_model>
   $<TARGET_OBJECTS:telvane_test_seams>)
 telvane_publish(telvane-forecast)
+# The layout import on the command line, for the tests that compare it with other programs.
+add_executable(telvane-layout-raster sim/layout_raster_main.cpp pattern/layout_import.cpp
+  pattern/layout_geometry.cpp pattern/gdsii_reader.cpp pattern/dxf_reader.cpp
+  pattern/layout_raster.cpp)
+telvane_publish(telvane-layout-raster)
 
 if(TELVANE_TESTS)
   enable_testing()

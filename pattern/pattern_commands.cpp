@@ -49,6 +49,12 @@ void whiteDisplay() {
 
 }  // namespace
 
+void takeMaskPicture(const std::wstring& path) {
+  maskPicturePath = path;
+  showWholeWritingArea();
+  importPictureToImage(&maskPicturePath, maskImage);
+}
+
 void onImportImageCommand() {
   if (operationRunning() == 1) return;
   importPicture(maskPicturePath, maskImage);

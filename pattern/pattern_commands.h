@@ -3,6 +3,12 @@
 // nothing while an operation runs (operationRunning).
 #pragma once
 
+#include <string>
+
+// The picture at path becomes the mask picture, drawn over the whole writing area as
+// "Import Image" draws the file the operator picked.
+void takeMaskPicture(const std::wstring& path);
+
 void onImportImageCommand();          // 32812 "Import Image"
 void onImportAlignmentMarkCommand();  // 32824 "Import Alignment Mark"
 void onShowMaskFileCommand();         // 2130: the mask picture drawn again, zoom kept

@@ -1,13 +1,14 @@
 // Resource ids of Telvane, grouped by prefix and number range. Read by the resource
 // compiler and by the C++ sources alike, so only plain #define lines live here.
 //   IDS_  string table         103, 109
-//   IDD_  dialogs              103, 130, 138
+//   IDD_  dialogs              103, 130, 138, 140
 //   IDR_  menu, accelerators   109
 //   IDI_  icons                137
-//   IDM_  menu commands        104-105, 4000, 32794-32835
+//   IDM_  menu commands        104-105, 4000, 32794-32836
 //   IDC_  main-window controls 2002-2207, 3000-3106, 4003-4007, 32000-32002
 //   IDC_WCFG_  controls of the Writing Configuration dialog (130)   1-2, 913-1227
 //   IDC_DCFG_  controls of the Device Configuration dialog (138)    1-2, 900-1101
+//   IDC_LAYOUT_  controls of the Import Layout dialog (140)          1-2, 1300-1303
 #pragma once
 
 // String table.
@@ -18,6 +19,7 @@
 #define IDD_ABOUTBOX 103
 #define IDD_WRITING_CONFIGURATION 130
 #define IDD_DEVICE_CONFIGURATION 138
+#define IDD_IMPORT_LAYOUT 140
 
 // Menu and accelerator table of the main window.
 #define IDR_MAIN_MENU 109
@@ -53,6 +55,7 @@
 #define IDM_ERASE_MASK_PATTERN 32832
 #define IDM_LONG_STROKE_TEST 32833
 #define IDM_FORECAST_WRITING 32835
+#define IDM_IMPORT_LAYOUT 32836
 
 // Controls of the main window. Boxes and labels without a function have id 0, and the
 // progress and time boxes share 2006 (they are reached by their handles).
@@ -155,6 +158,14 @@
 #define IDC_DCFG_CAMERA_INITIALIZE 1033
 #define IDC_DCFG_STANDA_INITIALIZE 1100
 #define IDC_DCFG_ZERO_POINT 1101
+
+// Controls of the Import Layout dialog (140).
+#define IDC_LAYOUT_OK 1      // IDOK
+#define IDC_LAYOUT_CANCEL 2  // IDCANCEL: Esc and the close box cancel the import
+#define IDC_LAYOUT_LAYER 1300
+#define IDC_LAYOUT_TOP_CELL 1301
+#define IDC_LAYOUT_CENTRE 1302
+#define IDC_LAYOUT_OVERLAP 1303
 
 // Text lines of the about box.
 #define IDC_ABOUT_NAME 1000

@@ -25,7 +25,7 @@ struct RecordedPicture {
   int height = 0;
   std::vector<uint8_t> pixels;
 };
-// The picture a path holds from now on; unregistered paths do not load.
+// The picture a path holds from now on; other paths load only as 24-bit BMP files.
 void recordedRegisterPicture(const std::wstring& path, const RecordedPicture& picture);
 // What the operator sees at client pixel (x, y) of the main window, where the display
 // window covers (0, 0) - (1232, 1028): pictures copied or stretched onto either window,

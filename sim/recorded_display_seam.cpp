@@ -4,11 +4,13 @@
 // pictures top row first, copies and stretches land on the main window's client area (the
 // display window lies at its origin), and rectangles and single pixels are drawn where
 // they are asked; lines, ellipses and texts are kept as calls only. Picture files are
-// pictures the test registered by path.
+// pictures the test registered by path, or 24-bit BMP files on disk (the program's own).
 #include <algorithm>
 #include <cstdio>
 #include <deque>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 
 #include "camera/file_dialog.h"
@@ -275,13 +277,42 @@ bool fileDialogAskOpen(std::wstring& path) {
   return true;
 }
 
+namespace {
+
+// A picture file the program wrote itself: an uncompressed 24-bit BMP, rows bottom-up.
+bool readBitmapFile(const std::wstring& path, RecordedPicture& picture) {
+  std::ifstream file{std::filesystem::path(path), std::ios::binary};
+  const std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
+  auto u32 = [&](size_t at) {
+    return static_cast<uint32_t>(bytes[at] | bytes[at + 1] << 8 | bytes[at + 2] << 16 |
+                                 bytes[at + 3] << 24);
+  };
+  if (bytes.size() < 54 || bytes[0] != 'B' || bytes[1] != 'M' || bytes[28] != 24) return false;
+  const uint32_t start = u32(10), width = u32(18), height = u32(22);
+  const size_t rowBytes = (width * 3 + 3) / 4 * 4;
+  if (width == 0 || width > 8192 || height == 0 || height > 8192 ||
+      bytes.size() < start + rowBytes * height)
+    return false;
+  picture = {static_cast<int>(width), static_cast<int>(height), {}};
+  for (uint32_t y = 0; y < height; ++y) {
+    for (uint32_t x = 0; x < width; ++x) {
+      const uint8_t* from = &bytes[start + y * rowBytes + x * 3];
+      picture.pixels.insert(picture.pixels.end(), {from[0], from[1], from[2], 0xFF});
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
 bool renderPictureFile(const std::wstring& path, int width, int height, uint8_t* pixels) {
   const size_t bytes = static_cast<size_t>(width) * static_cast<size_t>(height) * 4;
   std::fill(pixels, pixels + bytes, uint8_t{0xFF});
   const auto found = pictureFiles.find(path);
-  if (found == pictureFiles.end() || found->second.width <= 0 || found->second.height <= 0)
-    return false;
-  const RecordedPicture& picture = found->second;
+  RecordedPicture fromFile;  // read afresh at every call: the program rewrites its files
+  if (found == pictureFiles.end() && !readBitmapFile(path, fromFile)) return false;
+  const RecordedPicture& picture = found != pictureFiles.end() ? found->second : fromFile;
+  if (picture.width <= 0 || picture.height <= 0) return false;
   // Nearest source pixel, blended over white by its alpha: GDI+ stretching, simplified.
   for (int y = 0; y < height; ++y) {
     const int sy = static_cast<int>(static_cast<int64_t>(y) * picture.height / height);
