@@ -20,6 +20,11 @@ GREEN = (0, 255, 0)
 FOCUS, Z_BOX, INFORMATION_BOX = (1262 + 22, 170 + 12), (1392 + 25, 230 + 10), (1257 + 100, 303 + 20)
 
 
+def painted(session, shot):
+    """The black points of the status lines drawn over the "Information" box."""
+    return points_of(session, shot, (0, 0, 0), 1259, 305, 196, 36)
+
+
 def sent(session, since=0):
     """The commands the program sent the in-process board, from its trace, without the Z
     position queries of the stage waits."""
@@ -60,7 +65,9 @@ class VirtualStationUnderWine(unittest.TestCase):
             self.assertEqual(session.dismiss_message_boxes_until(TITLE), [])
             wait_until(lambda: children(session)[2112]["check"] == 1, 20, "no live view")
             time.sleep(2)
-            focused = sharpness(session, session.screenshot("focus-before"))
+            shot = session.screenshot("focus-before")
+            focused = sharpness(session, shot)
+            self.assertFalse(painted(session, shot))
             since = len(session.output())
             session.click_client(TITLE, *FOCUS)
             # The status lines are painted over the "Information" box, not its text: the run's
@@ -76,6 +83,7 @@ class VirtualStationUnderWine(unittest.TestCase):
             float(session.inspect("text", TITLE, *INFORMATION_BOX))  # the last focus measure
             shot = session.screenshot("focus-ended")
             self.assertGreater(sharpness(session, shot), 0.8 * focused)
+            self.assertTrue(painted(session, shot))  # "Course Focusing Completed", as drawn
             close_program(session)
 
 
