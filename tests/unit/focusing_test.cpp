@@ -2,8 +2,9 @@
 #include <cstring>
 
 #include "app/command_dispatch.h"
-#include "camera/live_view_control.h"
+#include "app/startup.h"
 #include "camera/Basler_camera.h"
+#include "camera/live_view_control.h"
 #include "jobs/coarse_focusing.h"
 #include "jobs/focus_measure.h"
 #include "link/stage_motion.h"
@@ -13,18 +14,17 @@
 
 namespace {
 
+// The station as telvane-sim.exe starts it: no Config.txt, so every stored axis speed is 0
+// and goes to the board as 1 um/s, the virtual camera set up, the lamp and the live view on.
 class Focusing : public LinkTest {
  protected:
   void SetUp() override {
     LinkTest::SetUp();
     virtualCameraReset();
-    // As the program starts: a camera test may have left an exposure that saturates frames.
-    camera.gain = 20;
-    camera.exposureTime = 30000.0;
-    blueOnly = 0;
-    ASSERT_EQ(CameraConnect(camera), 1);
-    CameraSetup(camera, 4);  // manual gain and exposure, as at start-up
-    openWithSpeeds(1000, 1000, 1000);
+    startUpDevices();
+    dispatchCommand(IDC_ILLUMINATION_ON);
+    dispatchCommand(IDC_VIDEO_ON);
+    virtualSerialClearWritten();
   }
 };
 
@@ -60,17 +60,33 @@ TEST(FocusSearch, TheSearchEndsPastAClearPeak) {
   EXPECT_FALSE(searchPassedPeak(0.09f, 0.01f, 0.01f, 14, 10)) << "the peak not above 0.1";
 }
 
-// "Focus" started 450 um below focus: lifted 500 um, the walk down in 5 um steps is sharpest
-// at step 10 and, though the value falls at once, ends four steps later. Z then goes to the
-// X reading taken at the best step, 0: the crossing the station has always had.
-TEST_F(Focusing, OnTheVirtualCameraTheSearchStopsPastThePeakAndDrivesZToTheBest) {
+// "Focus" with Z 450 um below focus (Device Configuration's "MoveTo"). No Z speed was ever
+// set: the waits' time-outs count 1 um/s (over 1000 s for the lift) while the board runs Z at
+// its slowest, 100 um/s, and each wait ends at the board's arrival report. Lifted 500 um, the
+// walk down in 5 um steps is sharpest at step 10 and, though the value falls at once, ends
+// four steps later; Z then goes to the X reading taken at the best step, 0 (the crossing the
+// station has always had), where the picture is sharp again.
+TEST_F(Focusing, AsTheVirtualStationStartsTheSearchEndsPastThePeakAtTheBoardsPace) {
   MoveAxisAndWait(serialLink, 2, -450.0);
-  setLiveView(kLiveViewOn);
+  virtualSerialClearWritten();
   recordedFeedbackReset();
+  const uint64_t startMs = virtualClockNow();
   dispatchCommand(IDC_FOCUS);  // lamp on, lift 500 um, 300 um/s
-  EXPECT_EQ(linesAfter("status: Focusing [", recordedCalls()).size(), 14u) << "steps 0 to 13";
+
+  std::vector<std::string> zMoves = sentCommands("L");
+  EXPECT_EQ(joined(zMoves, 0, 3), "L80,L72,L64") << "lifted 500 um, then 5 um steps";
+  EXPECT_EQ(zMoves.size(), 16u) << "the lift, steps 0 to 13, the best place";
+  EXPECT_EQ(zMoves.back(), "L0");
+  EXPECT_EQ(linesAfter("status: Focusing [", recordedCalls()).size(), 14u);
   EXPECT_TRUE(hasLine("status: Course Focusing Completed"));
+  const std::vector<std::string> waits = linesAfter("status: Z arrived(1): ", recordedCalls());
+  ASSERT_EQ(waits.size(), 16u) << "every wait ended at the arrival report";
+  EXPECT_EQ(waits[0].substr(0, 13), "5001/1001000 ") << "the lift: 500 um at 100 um/s";
+  // The lift 5 s, 14 steps of 5 um, 25 um back up to the best place, the 100 ms settling.
+  EXPECT_NEAR(double(virtualClockNow() - startMs), 6350.0, 250.0);
+
   EXPECT_DOUBLE_EQ(serialLink.positionUm[2], 0.0);
+  EXPECT_GT(frameSharpness(displayFrame), 0.5f) << "the last frame shown, in focus";
   EXPECT_EQ(serialLink.speedUmPerS[0], 600) << "X left at twice the speed";
   EXPECT_EQ(station.focusingActive, 0);
   EXPECT_EQ(setLiveView(kLiveViewQueryNow), 1) << "the live view runs again";
