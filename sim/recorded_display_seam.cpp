@@ -15,6 +15,7 @@
 
 #include "camera/file_dialog.h"
 #include "pattern/picture_render.h"
+#include "sim/picture_file.h"
 #include "sim/recorded_display.h"
 
 struct Canvas {
@@ -277,40 +278,13 @@ bool fileDialogAskOpen(std::wstring& path) {
   return true;
 }
 
-namespace {
-
-// A picture file the program wrote itself: an uncompressed 24-bit BMP, rows bottom-up.
-bool readBitmapFile(const std::wstring& path, RecordedPicture& picture) {
-  std::ifstream file{std::filesystem::path(path), std::ios::binary};
-  const std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
-  auto u32 = [&](size_t at) {
-    return static_cast<uint32_t>(bytes[at] | bytes[at + 1] << 8 | bytes[at + 2] << 16 |
-                                 bytes[at + 3] << 24);
-  };
-  if (bytes.size() < 54 || bytes[0] != 'B' || bytes[1] != 'M' || bytes[28] != 24) return false;
-  const uint32_t start = u32(10), width = u32(18), height = u32(22);
-  const size_t rowBytes = (width * 3 + 3) / 4 * 4;
-  if (width == 0 || width > 8192 || height == 0 || height > 8192 ||
-      bytes.size() < start + rowBytes * height)
-    return false;
-  picture = {static_cast<int>(width), static_cast<int>(height), {}};
-  for (uint32_t y = 0; y < height; ++y) {
-    for (uint32_t x = 0; x < width; ++x) {
-      const uint8_t* from = &bytes[start + y * rowBytes + x * 3];
-      picture.pixels.insert(picture.pixels.end(), {from[0], from[1], from[2], 0xFF});
-    }
-  }
-  return true;
-}
-
-}  // namespace
 
 bool renderPictureFile(const std::wstring& path, int width, int height, uint8_t* pixels) {
   const size_t bytes = static_cast<size_t>(width) * static_cast<size_t>(height) * 4;
   std::fill(pixels, pixels + bytes, uint8_t{0xFF});
   const auto found = pictureFiles.find(path);
   RecordedPicture fromFile;  // read afresh at every call: the program rewrites its files
-  if (found == pictureFiles.end() && !readBitmapFile(path, fromFile)) return false;
+  if (found == pictureFiles.end() && !readPictureFile(path, fromFile)) return false;
   const RecordedPicture& picture = found != pictureFiles.end() ? found->second : fromFile;
   if (picture.width <= 0 || picture.height <= 0) return false;
   // Nearest source pixel, blended over white by its alpha: GDI+ stretching, simplified.
