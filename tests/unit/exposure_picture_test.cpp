@@ -104,12 +104,13 @@ TEST_F(ExposurePicture, ARasterRunLeavesAPictureThatAgreesWithItsTarget) {
 }
 
 // One coarse row of blocks, a single coarse stroke: Dz = 10 um widens the spot and the line it
-// writes; a filled block stays filled.
+// writes. The second run writes 100 um higher up (Dy), clear of the first.
 TEST_F(ExposurePicture, TheCoarsePassDefocusWidensItsLine) {
   paintMask([](int x, int y) { return x >= 100 && x < 300 && y >= 800 && y < 805; });
   std::vector<int> widths;
   for (double dz : {0.0, 10.0}) {
     station.defocusUm = dz;
+    station.offsetY = 10 * dz;
     const DevelopedArea developed = writeAndDevelop();
     int dark = 0;
     for (int y = 780; y < 830; ++y) dark += developed.cellDark(200, y) ? 1 : 0;
