@@ -103,20 +103,23 @@ TEST_F(ExposurePicture, ARasterRunLeavesAPictureThatAgreesWithItsTarget) {
   EXPECT_EQ(std::tuple(ring.red, outside.red), std::tuple(kExposureDarkGrey, kExposureLightGrey));
 }
 
-// One coarse row of blocks, a single coarse stroke: Dz = 10 um widens the spot and the line it
-// writes; a filled block stays filled.
+// One coarse row of blocks, a single coarse stroke about 4.4 um wide at focus: Dz = 12 um
+// widens the spot, and the line to about 5.4 um (pixels of half a cell across it). The
+// second run writes 100 um higher up (Dy), clear of the first.
 TEST_F(ExposurePicture, TheCoarsePassDefocusWidensItsLine) {
   paintMask([](int x, int y) { return x >= 100 && x < 300 && y >= 800 && y < 805; });
   std::vector<int> widths;
-  for (double dz : {0.0, 10.0}) {
+  for (double dz : {0.0, 12.0}) {
     station.defocusUm = dz;
+    station.offsetY = dz == 0 ? 0 : 100;
     const DevelopedArea developed = writeAndDevelop();
     int dark = 0;
-    for (int y = 780; y < 830; ++y) dark += developed.cellDark(200, y) ? 1 : 0;
+    for (int y = developed.side - 2 * 830; y < developed.side - 2 * 780; ++y)
+      dark += developed.pixelDark(2 * 200, y) ? 1 : 0;
     widths.push_back(dark);
   }
-  EXPECT_GE(widths[0], 3);
-  EXPECT_GT(widths[1], widths[0]);
+  EXPECT_GE(widths[0], 8);
+  EXPECT_GE(widths[1], widths[0] + 2);
 }
 
 // With the lamp off the camera shows the laser spot where the laser shift puts it, as bright as
