@@ -93,6 +93,14 @@ def agreement(written, target):
     return share(True), share(False)
 
 
+def cell_agreement(written, target):
+    """Of all the cells of the fine centre and of the coarse outside, the shares where the
+    written picture and the target agree, dark or bright."""
+    fine = sum((c in written) == (c in target) for c in ((x, y) for x in FINE for y in FINE))
+    outside_differ = sum(1 for c in written ^ target if not (c[0] in FINE and c[1] in FINE))
+    return fine / len(FINE) ** 2, 1 - outside_differ / (10 ** 6 - len(FINE) ** 2)
+
+
 def points_of(session, shot, colour, left, top, width, height):
     """Client points of the main window in the rectangle that show colour (r, g, b)."""
     sx, sy = session.screen_point(TITLE, left, top)
