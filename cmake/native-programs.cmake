@@ -12,6 +12,13 @@ if(TELVANE_BOARD_SIM_MAIN)
   telvane_publish(telvane-board-sim)
 endif()
 
+# The soak run links what the unit tests link; built for make soak only, not for make test.
+if(TELVANE_SOAK)
+  add_executable(telvane-soak soak/soak_main.cpp
+    $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_sim_model>
+    $<TARGET_OBJECTS:telvane_test_seams>)
+endif()
+
 if(TELVANE_TESTS)
   enable_testing()
   find_package(GTest REQUIRED)

@@ -1,7 +1,8 @@
 // telvane-board-sim: the virtual controller board served on a pseudo-terminal, on real
 // time, so that telvane.exe under Wine (COM port symlinked to the terminal) talks to it as
 // to the real board. Prints the terminal's path, logs every command received with its
-// time, and can be told to misbehave. Linux only.
+// time, prints and logs every dwell of the laser ("dwell <ms> ms at <x> <y>", um of the
+// carriage) as it ends, and can be told to misbehave. Linux only.
 //
 //   telvane-board-sim [--link PATH] [--log FILE] [--silent] [--garbage]
 //                     [--drop-every N] [--hang-up-after N]
@@ -93,6 +94,17 @@ int openTerminal(std::string& slavePath, int& slaveFd) {
   return master;
 }
 
+// A dwell line on standard error (standard output carries only the terminal's path) and in
+// the log, with the time it ended.
+void reportDwell(std::FILE* log, const BoardDwell& dwell) {
+  const std::string line = dwellLine(dwell);
+  std::fprintf(stderr, "telvane-board-sim: %s\n", line.c_str());
+  if (!log) return;
+  std::fprintf(log, "%llu %s\n", static_cast<unsigned long long>(dwell.startMs + dwell.durationMs),
+               line.c_str());
+  std::fflush(log);
+}
+
 bool writeAll(int fd, const char* data, size_t count) {
   while (count > 0) {
     ssize_t n = write(fd, data, count);
@@ -138,6 +150,7 @@ int main(int argc, char** argv) {
   board.faults = options.faults;
   const uint64_t startMs = realMs();
   size_t logged = 0;
+  size_t dwellsReported = 0;
   char buffer[256];
   while (!stopRequested && !board.hungUp) {
     uint64_t now = realMs() - startMs;
@@ -157,9 +170,14 @@ int main(int argc, char** argv) {
                    printable(board.commands[logged].text).c_str());
       std::fflush(log);
     }
+    for (; dwellsReported < board.dwell.finished.size(); ++dwellsReported)
+      reportDwell(log, board.dwell.finished[dwellsReported]);
     size_t count = boardTakeOutput(board, buffer, sizeof buffer);
     if (count > 0 && !writeAll(master, buffer, count)) break;
   }
+  // A laser left exposing on a standing stage is a dwell that lasts until the end.
+  const std::vector<BoardDwell> dwells = boardDwells(board, realMs() - startMs);
+  for (size_t i = dwellsReported; i < dwells.size(); ++i) reportDwell(log, dwells[i]);
   if (log) {
     if (board.hungUp)
       std::fprintf(log, "%llu hung up\n", static_cast<unsigned long long>(realMs() - startMs));

@@ -1,0 +1,106 @@
+// The laser never stands exposing on one place, except where a program does it on purpose:
+// every program of the station run whole on the virtual board, with the board's dwell
+// report read after each.
+#include "app/command_dispatch.h"
+#include "camera/Basler_camera.h"
+#include "link/jog_pad.h"
+#include "link/stage_motion.h"
+#include "link_fixture.h"
+#include "pattern_fixture.h"
+#include "resources/resource.h"
+#include "sim/virtual_camera.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+class NoDwell : public LinkTest {
+ protected:
+  void SetUp() override {
+    LinkTest::SetUp();
+    resetPatternStores();
+    virtualCameraReset();
+    camera.gain = 20;
+    camera.exposureTime = 30000.0;
+    ASSERT_EQ(CameraConnect(camera), 1);
+    CameraSetup(camera, 4);
+    openWithSpeeds(1000, 1000, 1000);
+  }
+};
+
+// A mask of three parts and a list of lines, written in one run without a stop, with a stop
+// answered "No" and with one answered "Yes" in the middle of the strokes; focusing; every
+// jog key and a held jog pad; the two row tests. None of them dwells. Blink holds the laser
+// on one place for its time and the black tape test for its two one-second waits.
+TEST_F(NoDwell, OnlyBlinkAndTheBlackTapeTestStandExposing) {
+  paintPicture(maskImage, 300, 300, 340, 320, 0);
+  paintPicture(maskImage, 480, 470, 530, 540, 0);
+  paintPicture(maskImage, 600, 650, 612, 700, 0);
+  linePattern.active = 1;
+  linePattern.segments = {{0, 0, 300, 0, 1}, {300, 0, 300, 200, 3}, {-100, 50, -100, 400, 6}};
+  laser.laserShiftX = 200;
+  const IntRect& pad = jogPad.rects[1];  // +X
+  const std::pair<const char*, std::function<void()>> programs[] = {
+      {"writing", [] { dispatchCommand(IDC_START_WRITING); }},
+      {"writing, No",
+       [] {
+         recordedScriptClick(virtualClockNow() + 6000, QueuedTarget::MainWindow);
+         recordedQueueAnswer(Answer::No);
+         dispatchCommand(IDC_START_WRITING);
+       }},
+      {"writing, Yes",
+       [] {
+         recordedScriptClick(virtualClockNow() + 9000, QueuedTarget::MainWindow);
+         recordedQueueAnswer(Answer::Yes);
+         dispatchCommand(IDC_START_WRITING);
+       }},
+      {"focusing",
+       [] {
+         MoveAxisAndWait(serialLink, 2, -450.0);  // the sharpest place soon after the lift
+         dispatchCommand(IDC_FOCUS);
+       }},
+      {"jogging",
+       [&pad] {
+         for (int key : {0x25, 0x26, 0x27, 0x28, 0x21, 0x22}) onMainKeyDown(key);
+         recordedScriptAction(virtualClockNow() + 500, [] { onMainLeftButtonUp(); });
+         onMainLeftButtonDown((pad.left + pad.right) / 2, (pad.top + pad.bottom) / 2);
+       }},
+      {"long stroke test", [] { dispatchCommand(IDM_LONG_STROKE_TEST); }},
+      {"PR test", [] { dispatchCommand(IDM_PR_TEST); }},
+      {"Blink",
+       [] {
+         station.insideVoltage = 0.0;  // the switch alone
+         dispatchCommand(IDC_BLINK);
+       }},
+      {"black tape test", [] { dispatchCommand(IDM_BLACK_TAPE_TEST); }},
+  };
+  VirtualBoard& board = virtualSerialBoard();
+  std::map<std::string, std::vector<BoardDwell>> dwelled;
+  for (const auto& [name, run] : programs) {
+    board.dwell = DwellWatch();
+    board.exposure.clear();
+    recordedFeedbackReset();
+    run();
+    virtualClockAdvance(2000);  // the board ends the last move
+    EXPECT_EQ(board.exposure.empty(), name == "focusing"s || name == "jogging"s || name == "Blink"s)
+        << name;
+    EXPECT_EQ(hasLine("question Warning"), std::string(name).find(", ") != std::string::npos);
+    for (const BoardDwell& d : boardDwells(board, virtualClockNow())) {
+      dwelled[name].push_back(d);
+      std::printf("%s: %s after %s until %s\n", name, dwellLine(d).c_str(), d.commandBefore.c_str(),
+                  d.commandEnding.c_str());
+    }
+  }
+  ASSERT_EQ(dwelled.size(), 2u);
+  // Blink: the switch pin for its 500 ms; the tape: 4.7 V before and after its 20 um step
+  // and to the end, where the program leaves it.
+  const BoardDwell &blink = dwelled["Blink"].at(0), &tape = dwelled["black tape test"].at(0);
+  EXPECT_EQ(blink.durationMs, 500u);
+  EXPECT_EQ(blink.laserPin * 1000 + blink.laserPwm, 5000);
+  EXPECT_EQ(tape.laserPwm, 239);
+  EXPECT_EQ(tape.commandBefore, "G 5 239");
+  EXPECT_EQ(tape.durationMs, 1000u);
+  EXPECT_EQ(dwelled["black tape test"].size(), 3u);
+}
+
+}  // namespace
