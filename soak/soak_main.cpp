@@ -164,18 +164,22 @@ int main(int argc, char** argv) {
     if (runs < 2) virtualMs[kind] = virtualClockNow() - before;
     const VirtualBoard& board = virtualSerialBoard();
     const std::vector<BoardDwell> found = boardDwells(board, virtualClockNow());
+    const BoardDwell* longest = nullptr;  // the run's longest dwell stands for the others
     for (const BoardDwell& d : found)
-      std::printf("  %s after %s until %s\n", dwellLine(d).c_str(), d.commandBefore.c_str(),
-                  d.commandEnding.c_str());
+      if (!longest || d.durationMs > longest->durationMs) longest = &d;
     dwells += static_cast<int>(found.size());
     ++runs;
     const long kb = residentKb();
     if (runs == 2) baselineKb = kb;
     if (runs > 2) highestKb = std::max(highestKb, kb);
     if (runs > 2 && kb - baselineKb > kGrowthBoundKb) grew = true;
-    std::printf("run %d %s%s: %.1f s virtual, resident %ld kB, dwells %zu\n", runs,
+    std::printf("run %d %s%s: %.1f s virtual, resident %ld kB, dwells %zu", runs,
                 kind == 0 ? "mask" : "lines", stop ? " stopped" : "",
                 (virtualClockNow() - before) / 1000.0, kb, found.size());
+    if (longest)
+      std::printf(", the longest %s after %s until %s", dwellLine(*longest).c_str(),
+                  longest->commandBefore.c_str(), longest->commandEnding.c_str());
+    std::printf("\n");
     std::fflush(stdout);
   }
   CloseSerialLink(serialLink);
