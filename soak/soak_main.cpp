@@ -8,9 +8,12 @@
 // clock, recorded operator). The records the simulation keeps of a run (the operator's
 // calls, the drawings, the bytes and commands the board took, its exposure log) grow with
 // every run by design; they are emptied between runs, so what remains is the program's
-// own memory.
+// own memory: the C library is asked to hand its free heap back before each reading. The
+// link's trace of every command (standard output) goes to /dev/null; the soak reports on
+// standard error.
 //
 //   telvane-soak [seconds (120)] [seed (from the clock)]
+#include <malloc.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -51,6 +54,7 @@ namespace {
 constexpr long kGrowthBoundKb = 2048;
 
 long residentKb() {
+  malloc_trim(0);
   long pages = 0, resident = 0;
   if (std::FILE* statm = std::fopen("/proc/self/statm", "r")) {
     if (std::fscanf(statm, "%ld %ld", &pages, &resident) != 2) resident = 0;
@@ -134,7 +138,8 @@ int main(int argc, char** argv) {
   const std::filesystem::path desktop =
       std::filesystem::temp_directory_path() / ("telvane_soak_" + std::to_string(getpid()));
   std::filesystem::create_directories(desktop);
-  std::printf("telvane-soak: %d s, seed %u\n", seconds, seed);
+  if (!std::freopen("/dev/null", "w", stdout)) return 2;
+  std::fprintf(stderr, "telvane-soak: %d s, seed %u\n", seconds, seed);
 
   startStation(desktop);
   prepareWork(random);
@@ -150,7 +155,6 @@ int main(int argc, char** argv) {
     const int kind = runs % 2;  // 0 the mask, 1 the lines
     maskImage.valid = kind == 0;
     linesEnabled = kind == 1;
-    forgetRecords();
     const bool stop = runs >= 2 && random() % 2 == 0;
     if (stop) {
       std::uniform_int_distribution<uint64_t> moment(1, virtualMs[kind]);
@@ -169,29 +173,30 @@ int main(int argc, char** argv) {
       if (!longest || d.durationMs > longest->durationMs) longest = &d;
     dwells += static_cast<int>(found.size());
     ++runs;
+    forgetRecords();
     const long kb = residentKb();
     if (runs == 2) baselineKb = kb;
     if (runs > 2) highestKb = std::max(highestKb, kb);
     if (runs > 2 && kb - baselineKb > kGrowthBoundKb) grew = true;
-    std::printf("run %d %s%s: %.1f s virtual, resident %ld kB, dwells %zu", runs,
-                kind == 0 ? "mask" : "lines", stop ? " stopped" : "",
-                (virtualClockNow() - before) / 1000.0, kb, found.size());
+    std::fprintf(stderr, "run %d %s%s: %.1f s virtual, resident %ld kB, dwells %zu", runs,
+                 kind == 0 ? "mask" : "lines", stop ? " stopped" : "",
+                 (virtualClockNow() - before) / 1000.0, kb, found.size());
     if (longest)
-      std::printf(", the longest %s after %s until %s", dwellLine(*longest).c_str(),
-                  longest->commandBefore.c_str(), longest->commandEnding.c_str());
-    std::printf("\n");
-    std::fflush(stdout);
+      std::fprintf(stderr, ", the longest %s after %s until %s", dwellLine(*longest).c_str(),
+                   longest->commandBefore.c_str(), longest->commandEnding.c_str());
+    std::fputc('\n', stderr);
+    std::fflush(stderr);
   }
   CloseSerialLink(serialLink);
   std::error_code ignored;
   std::filesystem::remove_all(desktop, ignored);
-  std::printf(
-      "telvane-soak: %d runs (%d stopped) in %.0f s, resident %ld kB after the first two, "
-      "at most %ld kB later (bound +%ld kB), %d dwells\n",
-      runs, stops, wallSeconds(), baselineKb, std::max(highestKb, baselineKb), kGrowthBoundKb,
-      dwells);
+  std::fprintf(stderr,
+               "telvane-soak: %d runs (%d stopped) in %.0f s, resident %ld kB after the first two, "
+               "at most %ld kB later (bound +%ld kB), %d dwells\n",
+               runs, stops, wallSeconds(), baselineKb, std::max(highestKb, baselineKb),
+               kGrowthBoundKb, dwells);
   if (grew || dwells > 0) {
-    std::printf("telvane-soak: FAILED (%s)\n", grew ? "memory grew" : "the laser dwelled");
+    std::fprintf(stderr, "telvane-soak: FAILED (%s)\n", grew ? "memory grew" : "the laser dwelled");
     return 1;
   }
   return 0;
