@@ -2,13 +2,16 @@
 # make test  installs what is missing, builds, checks the floors, runs every test
 # make build / make bench / make format
 # make fuzz  builds the fuzz targets with clang and runs each FUZZ_SECONDS (60) s; not in make test
+# make soak  builds telvane-soak (no sanitizers) and runs it SOAK_SECONDS (120) s; not in make test
 NATIVE := build/native
 WIN    := build/win
 BENCH  := build/bench
 JOBS   ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
+SOAK   := build/soak
+SOAK_SECONDS ?= 120
 
-.PHONY: deps build build-native build-win run test bench fuzz format clean
+.PHONY: deps build build-native build-win run test bench fuzz soak format clean
 
 deps:
 	@scripts/install-deps
@@ -38,6 +41,11 @@ bench: deps
 
 fuzz: deps
 	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
+
+soak: deps
+	cmake -S . -B $(SOAK) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTELVANE_SOAK=ON -DTELVANE_TESTS=OFF >/dev/null
+	cmake --build $(SOAK) -j$(JOBS) --target telvane-soak
+	$(SOAK)/out/telvane-soak $(SOAK_SECONDS)
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i

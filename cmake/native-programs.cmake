@@ -22,6 +22,12 @@ add_executable(telvane-layout-raster sim/layout_raster_main.cpp pattern/layout_i
   pattern/layout_geometry.cpp pattern/gdsii_reader.cpp pattern/dxf_reader.cpp
   pattern/layout_raster.cpp)
 telvane_publish(telvane-layout-raster)
+# The soak run links what the unit tests link; built for make soak only, not for make test.
+if(TELVANE_SOAK)
+  add_executable(telvane-soak soak/soak_main.cpp
+    $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_sim_model>
+    $<TARGET_OBJECTS:telvane_test_seams>)
+endif()
 
 if(TELVANE_TESTS)
   enable_testing()

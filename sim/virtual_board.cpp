@@ -117,6 +117,16 @@ void sampleExposure(VirtualBoard& board, uint64_t nowMs) {
   board.lastSampleMs = std::max(board.lastSampleMs, nowMs);
 }
 
+// Tells the dwell watch what the laser and the stage do now.
+void watchDwell(VirtualBoard& board) {
+  static const std::string kNothing;
+  auto standing = [](const BoardAxis& a) { return !a.moving || a.toSteps == a.fromSteps; };
+  dwellObserve(board.dwell, {board.nowMs, standing(board.axes[0]) && standing(board.axes[1]),
+                             machineUm(board, 0, board.nowMs), machineUm(board, 1, board.nowMs),
+                             boardPin(board, kBoardLaserPin), boardPwm(board, kBoardLaserChannel),
+                             board.commands.empty() ? kNothing : board.commands.back().text});
+}
+
 void startMove(VirtualBoard& board, int axis, int32_t targetSteps) {
   BoardAxis& a = board.axes[axis];
   // A running move hands its place and speed on: the axis never jumps in speed.
@@ -177,11 +187,16 @@ void execute(VirtualBoard& board, const std::string& text) {
       board.pins[value] = second;
     }
   }
+  watchDwell(board);
   int hangUp = board.faults.hangUpAfterCommands;
   if (hangUp > 0 && static_cast<int>(board.commands.size()) >= hangUp) board.hungUp = true;
 }
 
 }  // namespace
+
+std::vector<BoardDwell> boardDwells(const VirtualBoard& board, uint64_t nowMs) {
+  return dwellsUntil(board.dwell, nowMs);
+}
 
 double boardMoveDurationMs(double distanceSteps, double speedStepsPerS, double accelStepsPerS2) {
   double v = std::max(1.0, speedStepsPerS);
@@ -231,6 +246,7 @@ void boardAdvance(VirtualBoard& board, uint64_t nowMs) {
       std::string report(1, kArrivalLetter[axis]);
       if (a.endsAtLimit) report.push_back('l');
       emit(board, report + "\r\n");
+      watchDwell(board);
     }
   }
   board.nowMs = std::max(board.nowMs, nowMs);

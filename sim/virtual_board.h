@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "sim/board_dwell.h"
+
 constexpr int kBoardAxes = 3;  // 0 X, 1 Y, 2 Z
 constexpr int kBoardLaserPin = 6;
 constexpr int kBoardLaserChannel = 5;
@@ -82,6 +84,7 @@ struct VirtualBoard {
   std::vector<BoardExposure> exposure;       // XY path while the laser channel was above 0
   double lastSampleXUm = 0, lastSampleYUm = 0;
   uint64_t lastSampleMs = 0;
+  DwellWatch dwell;  // the laser exposing while the stage stands (sim/board_dwell.h)
 };
 
 // A board just reset: X 6.4 steps/um, Y and Z 1.6 steps/um, travel +-25 mm, all at rest
@@ -102,5 +105,7 @@ int64_t boardAxisSteps(const VirtualBoard& board, int axis, uint64_t nowMs);
 double boardAxisUm(const VirtualBoard& board, int axis, uint64_t nowMs);
 int boardPin(const VirtualBoard& board, int pin);
 int boardPwm(const VirtualBoard& board, int channel);
+// Every dwell of the laser up to nowMs, oldest first.
+std::vector<BoardDwell> boardDwells(const VirtualBoard& board, uint64_t nowMs);
 // How long a move of distanceSteps takes with this speed and acceleration, ms.
 double boardMoveDurationMs(double distanceSteps, double speedStepsPerS, double accelStepsPerS2);

@@ -15,7 +15,8 @@ FINE = range(390, 610)        # the finely written centre, cells from the top-le
 
 
 class Board:
-    """telvane-board-sim linked as the session's COM3; its log holds every command."""
+    """telvane-board-sim linked as the session's COM3; its log holds every command (and a
+    line for every dwell of the laser, which commands() leaves out)."""
 
     def __init__(self, session):
         self.log = os.path.join(session.folder, "board.log")
@@ -27,7 +28,8 @@ class Board:
 
     def commands(self):
         with open(self.log) as log:
-            return [line.rstrip("\n").split(" ", 1)[1] for line in log]
+            entries = [line.rstrip("\n").split(" ", 1)[1] for line in log]
+        return [entry for entry in entries if not entry.startswith("dwell ")]
 
     def wait_for(self, tail, timeout=20):
         wait_until(lambda: self.commands()[-len(tail):] == tail, timeout,
