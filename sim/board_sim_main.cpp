@@ -10,7 +10,8 @@
 // board's replies go back paced at the same rate.
 //
 //   telvane-board-sim [--link PATH] [--log FILE] [--silent] [--garbage]
-//                     [--drop-every N] [--hang-up-after N]
+//                     [--drop-every N] [--hang-up-after N] [--delay-replies MS]
+//                     [--truncate-replies N] [--duplicate-replies] [--garble-replies]
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
@@ -67,6 +68,14 @@ bool parseOptions(int argc, char** argv, Options& options) {
       options.faults.dropEveryNthReply = std::atoi(argv[++i]);
     } else if (arg == "--hang-up-after" && hasValue) {
       options.faults.hangUpAfterCommands = std::atoi(argv[++i]);
+    } else if (arg == "--delay-replies" && hasValue) {
+      options.faults.delayRepliesMs = std::atoi(argv[++i]);
+    } else if (arg == "--truncate-replies" && hasValue) {
+      options.faults.truncateRepliesTo = std::atoi(argv[++i]);
+    } else if (arg == "--duplicate-replies") {
+      options.faults.duplicateReplies = true;
+    } else if (arg == "--garble-replies") {
+      options.faults.garbleReplies = true;
     } else {
       return false;
     }
@@ -185,7 +194,8 @@ int main(int argc, char** argv) {
   if (!parseOptions(argc, argv, options)) {
     std::fprintf(stderr,
                  "usage: telvane-board-sim [--link PATH] [--log FILE] [--silent] [--garbage] "
-                 "[--drop-every N] [--hang-up-after N]\n");
+                 "[--drop-every N] [--hang-up-after N] [--delay-replies MS] [--truncate-replies N] "
+                 "[--duplicate-replies] [--garble-replies]\n");
     return 2;
   }
   std::string slavePath;

@@ -85,13 +85,25 @@ int64_t machineStepsAt(const BoardAxis& a, uint64_t nowMs) {
   return std::llround(steps);
 }
 
+void send(VirtualBoard& board, const std::string& bytes) {
+  if (board.faults.delayRepliesMs > 0)
+    board.delayedReplies.push_back({board.nowMs + board.faults.delayRepliesMs, bytes});
+  else
+    board.output.insert(board.output.end(), bytes.begin(), bytes.end());
+}
+
 void emit(VirtualBoard& board, const std::string& reply) {
-  if (board.faults.silent || board.hungUp) return;
+  const BoardFaults& f = board.faults;
+  if (f.silent || board.hungUp) return;
   ++board.repliesSent;
-  int n = board.faults.dropEveryNthReply;
-  if (n > 0 && board.repliesSent % n == 0) return;
-  if (board.faults.garbage) board.output.insert(board.output.end(), kGarbage, kGarbage + 3);
-  board.output.insert(board.output.end(), reply.begin(), reply.end());
+  if (f.dropEveryNthReply > 0 && board.repliesSent % f.dropEveryNthReply == 0) return;
+  std::string bytes = f.garbage ? kGarbage + reply : reply;
+  if (f.truncateRepliesTo > 0 && bytes.size() > size_t(f.truncateRepliesTo))
+    bytes.resize(f.truncateRepliesTo);
+  if (f.garbleReplies)
+    for (char& c : bytes) c = static_cast<char>(c ^ 0x20);
+  send(board, bytes);
+  if (f.duplicateReplies) send(board, bytes);
 }
 
 double machineUm(const VirtualBoard& board, int axis, uint64_t nowMs) {
@@ -236,6 +248,11 @@ void boardAdvance(VirtualBoard& board, uint64_t nowMs) {
   for (;;) {
     uint64_t next = boardNextEventMs(board);
     if (next > nowMs) break;
+    while (!board.delayedReplies.empty() && board.delayedReplies.front().first <= next) {
+      const std::string& bytes = board.delayedReplies.front().second;
+      board.output.insert(board.output.end(), bytes.begin(), bytes.end());
+      board.delayedReplies.pop_front();
+    }
     for (int axis = 0; axis < kBoardAxes; ++axis) {
       BoardAxis& a = board.axes[axis];
       if (!a.moving || a.startMs + static_cast<uint64_t>(std::ceil(a.durationMs)) != next) continue;
@@ -255,6 +272,7 @@ void boardAdvance(VirtualBoard& board, uint64_t nowMs) {
 
 uint64_t boardNextEventMs(const VirtualBoard& board) {
   uint64_t next = std::numeric_limits<uint64_t>::max();
+  if (!board.delayedReplies.empty()) next = board.delayedReplies.front().first;
   for (const BoardAxis& a : board.axes)
     if (a.moving) next = std::min(next, a.startMs + static_cast<uint64_t>(std::ceil(a.durationMs)));
   return next;

@@ -12,6 +12,7 @@
 #include <deque>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sim/board_dwell.h"
@@ -55,6 +56,10 @@ struct BoardFaults {
   int dropEveryNthReply = 0;    // 0: none dropped; 1: every reply dropped
   bool garbage = false;         // noise bytes before every reply
   int hangUpAfterCommands = 0;  // 0: never; else the board goes away after that many commands
+  int delayRepliesMs = 0;       // every reply leaves this much later
+  int truncateRepliesTo = 0;    // 0: whole; else every reply cut to this many bytes
+  bool duplicateReplies = false;
+  bool garbleReplies = false;  // bit 5 of every reply byte flipped: 'X' CR LF comes as 'x' '-' '*'
 };
 
 struct BoardCommandRecord {
@@ -79,6 +84,7 @@ struct VirtualBoard {
   uint64_t nowMs = 0;  // time of the latest event handled
   std::string partialCommand;
   std::deque<char> output;  // bytes ready for the program to read
+  std::deque<std::pair<uint64_t, std::string>> delayedReplies;  // leave at their time
   int repliesSent = 0;
   std::vector<BoardCommandRecord> commands;  // every complete command received
   std::vector<BoardExposure> exposure;       // XY path while the laser channel was above 0
@@ -95,7 +101,7 @@ void boardReset(VirtualBoard& board);
 bool boardReceive(VirtualBoard& board, const char* bytes, size_t count, uint64_t nowMs);
 // Brings the model to nowMs: moves that ended report their arrival, in time order.
 void boardAdvance(VirtualBoard& board, uint64_t nowMs);
-// When the next move ends (after the latest event), or UINT64_MAX when nothing moves.
+// When the next move ends or a delayed reply leaves, or UINT64_MAX when nothing is due.
 uint64_t boardNextEventMs(const VirtualBoard& board);
 // Takes up to maxBytes of pending output.
 size_t boardTakeOutput(VirtualBoard& board, char* buffer, size_t maxBytes);

@@ -50,3 +50,9 @@ void virtualCameraUseFrameBytes(const std::vector<uint8_t>& bytes);
 // Open, grabbing and parameter calls since the reset, one line each ("set Gain 20.0").
 const std::vector<std::string>& virtualCameraLog();
 void virtualCameraSetPixelFormatEntry(int64_t entry);
+// Opening the camera throws (another application holds it).
+void virtualCameraFailOpen(bool fail);
+// A one-shot gain or exposure adjustment stays at "Once" for ever.
+void virtualCameraOneShotNeverSettles(bool never);
+// Every retrieve and single grab throws, as for a camera unplugged after its set-up.
+void virtualCameraGrabsThrow(bool fail);

@@ -17,6 +17,9 @@ namespace {
 
 struct VirtualCameraState {
   bool present = true;
+  bool failOpen = false;
+  bool oneShotNeverSettles = false;
+  bool grabsThrow = false;
   int failFirst = 0;
   int failCount = 0;
   int resultIndex = 0;
@@ -108,7 +111,14 @@ SdkCamera* cameraSdkCreateFirstCamera() {
   return &state().camera;
 }
 
-void cameraSdkOpen(SdkCamera*) { note("open"); }
+void virtualCameraFailOpen(bool fail) { state().failOpen = fail; }
+void virtualCameraOneShotNeverSettles(bool never) { state().oneShotNeverSettles = never; }
+void virtualCameraGrabsThrow(bool fail) { state().grabsThrow = fail; }
+
+void cameraSdkOpen(SdkCamera*) {
+  if (state().failOpen) throw CameraSdkError{"The device is controlled by another application."};
+  note("open");
+}
 
 void cameraSdkClose(SdkCamera*) { note("close"); }
 
@@ -126,12 +136,14 @@ bool cameraSdkIsGrabbing(SdkCamera* camera) { return camera->remainingResults > 
 
 void cameraSdkRetrieveResult(SdkCamera* camera, SdkGrabResult& result) {
   if (camera->remainingResults == 0) throw CameraSdkError{"not grabbing"};
+  if (state().grabsThrow) throw CameraSdkError{"The device has been removed."};
   --camera->remainingResults;
   deliver(result);
 }
 
 void cameraSdkGrabOne(SdkCamera*, unsigned, SdkGrabResult& result) {
   note("grab one");
+  if (state().grabsThrow) throw CameraSdkError{"The device has been removed."};
   deliver(result);
 }
 
@@ -143,8 +155,8 @@ bool cameraSdkIsWritable(SdkCamera*, const char* name) {
 std::string cameraSdkGetEnum(SdkCamera*, const char* name) {
   auto found = state().enums.find(name);
   if (found == state().enums.end()) throw CameraSdkError{std::string("no enumeration ") + name};
-  // A one-shot adjustment of the virtual camera settles at once.
-  if (found->second == "Once") found->second = "Off";
+  // A one-shot adjustment of the virtual camera settles at once, unless told otherwise.
+  if (found->second == "Once" && !state().oneShotNeverSettles) found->second = "Off";
   return found->second;
 }
 

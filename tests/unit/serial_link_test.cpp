@@ -26,26 +26,6 @@ TEST_F(SerialLinkTest, OpeningSetsTheLineSendsTheOriginQueriesAndSpeeds) {
   EXPECT_TRUE(virtualSerialWritten().empty());
 }
 
-// A port that cannot be opened, or a write that fails, leaves the link failed: commands are
-// dropped and moves only set the position, until the port is opened again.
-TEST_F(SerialLinkTest, AMissingPortOrAFailedWriteLeavesTheLinkFailedUntilReopened) {
-  virtualSerialSetPresent(false);
-  EXPECT_EQ(OpenSerialLink(serialLink, false), 0);
-  EXPECT_TRUE(hasLine("message Warning: Error in  opening serial port (no owner)"));
-  MoveAxisTo(serialLink, 0, 250.0);
-  EXPECT_DOUBLE_EQ(QueryAxisPosition(serialLink, 0), 250.0);
-  virtualSerialSetPresent(true);
-  openWithSpeeds(1000, 1000, 100);
-  virtualSerialBoard().faults.hangUpAfterCommands =
-      static_cast<int>(virtualSerialBoard().commands.size()) + 1;
-  EXPECT_EQ(SendCommand(serialLink, "G 5 10"), 1);
-  EXPECT_EQ(SendCommand(serialLink, "G 5 20"), 0);
-  EXPECT_EQ(std::string(serialLink.commandText).rfind("Error for G 5 20: ", 0), 0u);
-  virtualSerialBoard().hungUp = false;
-  EXPECT_EQ(SendCommand(serialLink, "G 5 30"), 0);
-  EXPECT_EQ(virtualSerialWritten(), std::string("G 5 10\0", 7));
-}
-
 // The last complete marker wins (p10p20 is 20 steps); a Z reply needs lower-case q. Free
 // reply text is one attempt: a 50-byte read and a 10 ms wait.
 TEST_F(SerialLinkTest, RepliesAreReadFromTheirLastMarkerOrAsFreeText) {
