@@ -8,6 +8,8 @@
 
 #include "app/dialog_controls.h"
 #include "camera/picture_files.h"
+#include "pattern/field_display.h"
+#include "pattern/field_plan.h"
 #include "pattern/layout_import.h"
 #include "pattern/pattern_commands.h"
 #include "pattern/pattern_stores.h"
@@ -111,4 +113,7 @@ void onImportLayoutCommand() {
   fieldOverlapUm = choice.overlapUm;
   choice = {};
   takeMaskPicture(picture.wstring());
+  // A layout larger than the writing area is shown whole, with the fields it is written in.
+  if (layoutNeedsFields(heldLayout))
+    showLayoutFields(heldLayout, planFields(heldLayout, fieldOverlapUm), -1);
 }

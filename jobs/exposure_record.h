@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-// Saves the picture of the 1000 x 1000 cells whose cell (0, 0) was written at stage
+// Saves the picture of the cells x cells cells whose cell (0, 0) was written at stage
 // (cell0XUm, cell0YUm), cellUm apart, at path. False when no picture was saved.
 bool recordExposurePicture(const std::filesystem::path& path, double cell0XUm, double cell0YUm,
-                           double cellUm);
+                           double cellUm, int cells);

@@ -72,14 +72,44 @@ void takeUpZBacklash() {
   }
 }
 
+// True when the run writes the held layout field by field.
+bool writesFields() { return maskImage.valid != 0 && layoutNeedsFields(heldLayout); }
+
 // The exposure picture lands beside the run's writing-condition record, under its number.
-void saveExposurePicture() {
+// It covers the writing area, or after a field run the whole field grid: a square of the
+// grid's longer side whose top-left cell is the first field's, at the same pixels per cell.
+void saveExposurePicture(bool fields) {
   ensureRunFolder(dataPaths, 0);
   const int number = static_cast<int>(static_cast<uint32_t>(writingConditionCounter) - 1u);
   const std::filesystem::path path =
       dataPaths.runFolder / ("exposure(" + std::to_string(number) + ").png");
-  if (recordExposurePicture(path, StageXForColumn(0, 1), StageYForRow(0, 1), station.magnification))
+  double cell0X = StageXForColumn(0, 1), cell0Y = StageYForRow(0, 1);
+  int cells = kPatternSide;
+  if (fields) {
+    const FieldPlan plan = planFields(heldLayout, fieldOverlapUm);
+    const int step = kPatternSide - plan.overlapCells;
+    cells = std::max(plan.columns, plan.rows) * step + plan.overlapCells;
+    const LayoutField& topLeft = plan.fields.front();
+    cell0X += topLeft.offsetXUm;
+    cell0Y += topLeft.offsetYUm - (cells - kPatternSide) * heldLayout.cellUm;
+  }
+  if (recordExposurePicture(path, cell0X, cell0Y, station.magnification, cells))
     dataPaths.latestExposurePicture = path;
+}
+
+// A layout is held at the magnification it was imported at: written at another, every
+// shape would come out at the wrong size. The run refuses and says why.
+bool layoutScaleMatches() {
+  if (heldLayout.widthCells == 0 || maskImage.valid == 0 ||
+      heldLayout.cellUm == station.magnification)
+    return true;
+  char text[200];
+  std::snprintf(text, sizeof text,
+                "The layout was imported at magnification %g and the magnification is now %d. "
+                "Import the layout again to write it.",
+                heldLayout.cellUm, station.magnification);
+  feedbackMessageBox(text, "Start Writing", MessageKind::Ok);
+  return false;
 }
 
 bool stopWasRequested() { return station.stopRequested == 1; }
@@ -159,7 +189,7 @@ void applyOffset(Box box, double& offsetUm, int axis) {
 }  // namespace
 
 void onStartWritingCommand() {
-  if (writingActive == 1 || station.moveBusy == 1) return;
+  if (writingActive == 1 || station.moveBusy == 1 || !layoutScaleMatches()) return;
   station.moveBusy = 1;
   writingActive = 1;
   station.stopRequested = 0;
@@ -186,7 +216,8 @@ void onStartWritingCommand() {
     StartVectorWriting(linePattern);
     writingActive = 1;  // the run goes on until the stage is back
   }
-  if (!stopWasRequested() && maskImage.valid != 0 && layoutNeedsFields(heldLayout)) {
+  const bool fields = writesFields();
+  if (!stopWasRequested() && fields) {
     writeLayoutFields();
     writingActive = 1;
   } else if (!stopWasRequested() && (maskImage.valid != 0 || alignmentMarkImage.valid != 0)) {
@@ -198,7 +229,7 @@ void onStartWritingCommand() {
 
   MoveAxisAndWait(serialLink, kZAxis, station.stageZ);
   MoveXY(station.stageX, station.stageY, station.writingSpeed);
-  saveExposurePicture();
+  saveExposurePicture(fields);
 
   showProgress("All Writings finished");
   writingActive = 0;

@@ -11,6 +11,7 @@
 #include "pattern/display_layers.h"
 #include "pattern/edge_finding.h"
 #include "pattern/grouping.h"
+#include "pattern/layout_raster.h"
 #include "pattern/mask_import.h"
 #include "pattern/writing_simulation.h"
 #include "station/data_paths.h"
@@ -28,14 +29,16 @@ void showWholeWritingArea() {
   recomputeViewGeometry(station);
 }
 
-// The file dialog; a picked file becomes the held path and is drawn into image.
-void importPicture(std::wstring& heldPath, ImageBuffer& image) {
+// The file dialog; a picked file becomes the held path and is drawn into image. False when
+// nothing was picked.
+bool importPicture(std::wstring& heldPath, ImageBuffer& image) {
   std::wstring chosen;
   AskFileToOpen(chosen);
-  if (chosen.empty()) return;
+  if (chosen.empty()) return false;
   heldPath = chosen;
   showWholeWritingArea();
   importPictureToImage(&heldPath, image);
+  return true;
 }
 
 // With no picture imported the button shows what an import of a file that does not load
@@ -61,7 +64,8 @@ void takeMaskPicture(const std::wstring& path) {
 
 void onImportImageCommand() {
   if (operationRunning() == 1) return;
-  importPicture(maskPicturePath, maskImage);
+  // A picked picture replaces a held layout: the run writes the picture, not the fields.
+  if (importPicture(maskPicturePath, maskImage)) heldLayout = LayoutRaster();
 }
 
 void onImportAlignmentMarkCommand() {

@@ -4,10 +4,11 @@
 #include "station/system_services.h"
 
 bool recordExposurePicture(const std::filesystem::path& path, double cell0XUm, double cell0YUm,
-                           double cellUm) {
+                           double cellUm, int cells) {
   ExposureArea area;
   area.cell0XUm = cell0XUm;
   area.cell0YUm = cell0YUm;
   area.cellUm = cellUm;
+  area.cells = cells;
   return saveExposurePicture(path.wstring(), area, systemTickMs());
 }

@@ -1,14 +1,16 @@
-// A layout larger than one writing area, written field by field by one "Start Writing" on
-// the virtual board: what the laser exposed is read back into layout cells, field by field.
-#include <cmath>
-
-#include "app/command_dispatch.h"
+// A GDSII layout larger than one writing area, imported and written field by field by one
+// "Start Writing" on the virtual board: the display, the record, the progress, the stop and
+// the exposure picture over all fields.
+#include "layout_file_fixture.h"
 #include "link_fixture.h"
+#include "pattern/field_plan.h"
 #include "pattern/layout_raster.h"
 #include "pattern_fixture.h"
-#include "resources/resource.h"
+#include "sim/exposure_picture.h"
 
 namespace {
+
+using namespace gdsii;
 
 class FieldWriting : public LinkTest {
  protected:
@@ -17,8 +19,6 @@ class FieldWriting : public LinkTest {
     resetPatternStores();
     openWithSpeeds(1000, 1000, 1000);
     linesEnabled = 0;
-    fieldStarts_.clear();
-    onField_ = nullptr;
     recordedWatchStatus([this](const std::string& text) {
       if (text.rfind("Writing field ", 0) != 0) return;
       fieldStarts_.push_back(virtualSerialBoard().exposure.size());
@@ -30,140 +30,110 @@ class FieldWriting : public LinkTest {
     fieldOverlapUm = 0;
     LinkTest::TearDown();
   }
-
-  // A held layout of 1 um cells centred on the reference, dark rectangles (l, t, r, b).
-  static void holdLayout(int width, int height, const std::vector<std::array<int, 4>>& dark) {
-    heldLayout = LayoutRaster{width, height, 1.0, 0, 0, {}};
-    heldLayout.dark.assign(static_cast<size_t>(width) * height, 0);
-    for (const auto& [left, top, right, bottom] : dark)
-      for (int y = top; y < bottom; ++y)
-        for (int x = left; x < right; ++x) heldLayout.dark[static_cast<size_t>(y) * width + x] = 1;
+  // The dark cells of the picture's cells [left, right) x [low, high), rows up.
+  static int darkIn(const DevelopedArea& picture, int left, int right, int low, int high) {
+    int dark = 0;
+    for (int y = low; y < high; ++y)
+      for (int x = left; x < right; ++x) dark += picture.cellDark(x, y) ? 1 : 0;
+    return dark;
   }
-
-  // Every point field f (writing order, top-left cell given) exposed lies on a dark cell of
-  // its own field, at (column - width / 2, height / 2 - 1 - row) um from the reference
-  // whatever the field. Returns per cell the fields whose exposure passed over it.
-  std::vector<uint16_t> exposedCells(const std::vector<std::pair<int, int>>& fieldTopLeft) {
-    const int w = heldLayout.widthCells, h = heldLayout.heightCells;
-    std::vector<uint16_t> fields(heldLayout.dark.size(), 0);
-    const std::vector<BoardExposure>& log = virtualSerialBoard().exposure;
-    EXPECT_EQ(fieldStarts_.size(), fieldTopLeft.size());
-    for (size_t f = 0; f < fieldStarts_.size() && f < fieldTopLeft.size(); ++f) {
-      const auto [left, top] = fieldTopLeft[f];
-      const size_t end = f + 1 < fieldStarts_.size() ? fieldStarts_[f + 1] : log.size();
-      EXPECT_LT(fieldStarts_[f], end) << "field " << f + 1 << " wrote nothing";
-      for (size_t i = fieldStarts_[f]; i < end; ++i) {
-        const BoardExposure& e = log[i];
-        // The board logs the first stretch after the laser came on from where it last looked
-        // at the stage, which was still on its way: only that stretch's end counts.
-        const bool fresh = i == 0 || log[i - 1].x1Um != e.x0Um || log[i - 1].y1Um != e.y0Um;
-        const int steps = static_cast<int>(std::hypot(e.x1Um - e.x0Um, e.y1Um - e.y0Um) * 8) + 1;
-        for (int k = fresh ? steps : 0; k <= steps; ++k) {
-          const double t = static_cast<double>(k) / steps;
-          const int x = static_cast<int>(std::lround(e.x0Um + t * (e.x1Um - e.x0Um))) + w / 2;
-          const int y = h / 2 - 1 - static_cast<int>(std::lround(e.y0Um + t * (e.y1Um - e.y0Um)));
-          const bool own = x >= left && x < left + 1000 && y >= top && y < top + 1000;
-          if (!own || x >= w || y >= h || heldLayout.dark[static_cast<size_t>(y) * w + x] == 0) {
-            ADD_FAILURE() << "field " << f + 1 << " exposed " << x << "," << y;
-            return fields;
-          }
-          fields[static_cast<size_t>(y) * w + x] |= static_cast<uint16_t>(1u << f);
-        }
-      }
-    }
-    return fields;
-  }
-
-  // True when field f's exposure passed within reach of cell (x, y): a cell or two in a
-  // field's fine centre, a coarse block's diagonal and a little outside it.
-  static bool reached(const std::vector<uint16_t>& exposed, int x, int y, int f, int fieldLeft,
-                      int fieldTop) {
-    const bool centre =
-        x - fieldLeft >= 390 && x - fieldLeft < 610 && y - fieldTop >= 390 && y - fieldTop < 610;
-    const int reach = centre ? 1 : 7;
-    for (int b = std::max(0, y - reach); b <= std::min(heldLayout.heightCells - 1, y + reach); ++b)
-      for (int a = std::max(0, x - reach); a <= std::min(heldLayout.widthCells - 1, x + reach); ++a)
-        if (exposed[static_cast<size_t>(b) * heldLayout.widthCells + a] & (1u << f)) return true;
-    return false;
-  }
-
   std::vector<size_t> fieldStarts_;  // the exposure log's length as each field began
   std::function<void(int)> onField_;
 };
 
-// A 3 mm square layout at magnification 1 is nine fields in serpentine order, each written
-// at its own place, without a cell of another field: a bar and a square carried across the
-// seams come out whole. One record, the progress over all fields, the field being written
-// outlined on the display, the stage back at the end. "Yes" in the second field ends the
-// run after its stroke: no third field, and the stage goes back all the same. With an
-// overlap, neighbouring fields both write the strip they share.
-TEST_F(FieldWriting, ALayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) {
-  holdLayout(3000, 3000,
-             {{200, 100, 2800, 120},      // a bar across the top row of fields
-              {2300, 200, 2320, 2800},    // a bar down the right column
-              {600, 1700, 700, 1800},     // squares: in a field's coarse area,
-              {1450, 1450, 1550, 1550},   // in the middle field's fine centre,
-              {950, 1950, 1050, 2050}});  // over the corner of four fields
+// A 3 mm square layout imported at magnification 1 is shown whole with its field grid and
+// written as nine fields in serpentine order, the field being written outlined in red. The
+// exposure picture covers all fields: a bar across the top row's seams, a bar down the right
+// column's and a square over the corner of four fields come out whole and at their widths.
+// One record, the progress over all fields to 100 % once, the stage back at the end. "Yes"
+// in the second field ends the run after its stroke; at another magnification the run
+// refuses. With an overlap both neighbours write the strip they share.
+TEST_F(FieldWriting, AnImportedLayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) {
+  const std::string nine =
+      library(cell("TOP", square(-1500, -1500, 10) + square(1490, 1490, 10) +
+                              rectangle(-1300, 1300, 1300, 1320) +
+                              rectangle(1200, -1300, 1220, 1300) + square(-550, 450, 100)));
+  importLayoutFile(desktop_ / "nine.gds", nine);
+  ASSERT_EQ(std::tuple(heldLayout.widthCells, heldLayout.heightCells), std::tuple(3000, 3000));
+  // The display shows the whole layout at a third: grey seams, the blue bar.
+  EXPECT_EQ(recordedScreenPixel(116 + 333, 14 + 500).green, 128);
+  EXPECT_EQ(recordedScreenPixel(116 + 500, 14 + 62).blue, 255);
   const int gridColumn[] = {0, 1, 2, 2, 1, 0, 0, 1, 2};
   onField_ = [&](int field) {
     const int column = gridColumn[field - 1], row = (field - 1) / 3;
-    // The display shows the whole layout at a third: the field's top edge is red.
     const Rgb top = recordedScreenPixel(116 + column * 333 + 166, 14 + row * 333 + 1);
     EXPECT_EQ(std::tuple(top.red, top.green, top.blue), std::tuple(255, 0, 0)) << field;
   };
   dispatchCommand(IDC_START_WRITING);
-
-  std::vector<std::pair<int, int>> topLeft;
-  for (int f = 0; f < 9; ++f) topLeft.emplace_back(gridColumn[f] * 1000, f / 3 * 1000);
-  const std::vector<uint16_t> exposed = exposedCells(topLeft);
-  for (int y = 0; y < 3000; ++y) {
-    for (int x = 0; x < 3000; ++x) {
-      if (heldLayout.dark[static_cast<size_t>(y) * 3000 + x] == 0) continue;
-      const int f = static_cast<int>(
-          std::find(topLeft.begin(), topLeft.end(), std::pair(x / 1000 * 1000, y / 1000 * 1000)) -
-          topLeft.begin());
-      ASSERT_TRUE(reached(exposed, x, y, f, topLeft[f].first, topLeft[f].second)) << x << "," << y;
-    }
-  }
-  EXPECT_TRUE(std::filesystem::exists(dataPaths.runFolder / "writing_condition(0).txt"));
+  EXPECT_EQ(fieldStarts_.size(), 9u);
+  EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
+  EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2), "m0,M0");
   EXPECT_FALSE(std::filesystem::exists(dataPaths.runFolder / "writing_condition(1).txt"));
-  std::vector<int> percents;  // the progress counts every field's cells: 100 % once, at the end
+  std::vector<int> percents;
   for (const std::string& text : linesAfter("box Progress: Writing: ", recordedCalls()))
     percents.push_back(std::stoi(text));
   EXPECT_TRUE(std::ranges::is_sorted(percents));
   EXPECT_EQ(std::ranges::count(percents, 100), 1);
-  EXPECT_EQ(percents.back(), 100);
-  EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
-  EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2), "m0,M0");
-  TearDown();
-  SetUp();
-  holdLayout(3000, 3000, {{200, 100, 2800, 120}});  // 16000 cells in field 1, 20000 in 2
+  DevelopedArea picture;
+  ASSERT_TRUE(loadExposurePicture(dataPaths.runFolder / "exposure(0).png", picture));
+  ASSERT_EQ(picture.side, 3000 * kExposurePixelsPerCell);
+  // Cell (x + 1500, y + 1500) lies at (x, y) um; every column of a bar holds its 20 um, as
+  // near as the coarse pass's blocks and defocus write it.
+  for (int along = 300; along < 2690; ++along) {
+    EXPECT_NEAR(darkIn(picture, along, along + 1, 2760, 2860), 21, 5) << "top bar at " << along;
+    EXPECT_NEAR(darkIn(picture, 2660, 2760, along, along + 1), 21, 5) << "right bar at " << along;
+  }
+  EXPECT_NEAR(darkIn(picture, 900, 1100, 1900, 2100), 100 * 100, 400);
+  EXPECT_NEAR(darkIn(picture, 0, 3000, 0, 3000), 2 * 52000 + 10000 + 200, 6000);
+
+  station.magnification = 2;
+  dispatchCommand(IDC_START_WRITING);
+  EXPECT_TRUE(
+      hasLine("message Start Writing: The layout was imported at magnification 1 and "
+              "the magnification is now 2."));
+  EXPECT_FALSE(std::filesystem::exists(dataPaths.runFolder / "writing_condition(1).txt"));
+
+  station.magnification = 1;
+  fieldStarts_.clear();
+  const FieldPlan plan = planFields(heldLayout, 0);
   onField_ = [](int field) {
     if (field != 2) return;
     recordedScriptClick(virtualClockNow() + 4000, QueuedTarget::MainWindow);
     recordedQueueAnswer(Answer::Yes);
   };
+  virtualSerialClearWritten();
   dispatchCommand(IDC_START_WRITING);
   EXPECT_EQ(fieldStarts_.size(), 2u);
-  EXPECT_GT(station.doneCells, 16000);
-  EXPECT_LT(station.doneCells, 36000);
+  EXPECT_GT(station.doneCells, plan.fields[0].darkCells);
+  EXPECT_LT(station.doneCells, plan.fields[0].darkCells + plan.fields[1].darkCells);
   EXPECT_EQ(boardPwm(virtualSerialBoard(), kBoardLaserChannel), 0);
-  EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
-  EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2), "m0,M0");
+  // The stage goes back to where this run found it.
+  EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2),
+            joined(sentCommands("mM"), 0, 2));
 
-  // With an overlap of 12 um two fields share a strip of 12 cells: both write the bar there.
-  TearDown();
-  SetUp();
-  holdLayout(1988, 1000, {{100, 100, 1900, 120}});
-  fieldOverlapUm = 12;
+  // 12 um of overlap: a bar 1988 um long is two fields sharing 12 cells; both expose it.
+  fieldStarts_.clear();
+  onField_ = nullptr;
+  importLayoutFile(desktop_ / "two.gds", library(cell("TOP", rectangle(-994, -10, 994, 10))), 0, 0,
+                   false, "12");
   dispatchCommand(IDC_START_WRITING);
-  const std::vector<uint16_t> shared = exposedCells({{0, 0}, {988, 0}});
-  for (int x = 100; x < 1900; ++x) {
-    for (int y = 100; y < 120; ++y) {
-      EXPECT_TRUE(x >= 1000 || reached(shared, x, y, 0, 0, 0)) << x << "," << y;
-      EXPECT_TRUE(x < 988 || reached(shared, x, y, 1, 988, 0)) << x << "," << y;
+  ASSERT_EQ(fieldStarts_.size(), 2u);
+  const std::vector<BoardExposure>& log = virtualSerialBoard().exposure;
+  // How far past the writing reference toward the other field a field's exposure reaches.
+  // The board logs a stretch's start from where it last looked at the stage: only an
+  // unbroken stretch's start counts.
+  auto reach = [&](size_t first, size_t end, double toward) {
+    const double reference = StageXForColumn(kPatternSide / 2, 1);
+    double most = -1e9;
+    for (size_t i = first; i < end; ++i) {
+      most = std::max(most, toward * (log[i].x1Um - reference));
+      if (i > first && log[i - 1].x1Um == log[i].x0Um && log[i - 1].y1Um == log[i].y0Um)
+        most = std::max(most, toward * (log[i].x0Um - reference));
     }
-  }
+    return most;
+  };
+  EXPECT_GT(reach(fieldStarts_[0], fieldStarts_[1], 1), 0.5);
+  EXPECT_GT(reach(fieldStarts_[1], log.size(), -1), 0.5);
 }
 
 }  // namespace

@@ -2,54 +2,13 @@
 // mask picture that "Mask Pattern" then works on; and the files it refuses. The
 // rasterization itself is compared with other programs' geometry in
 // tests/native/test_layout_import.py.
-#include <cmath>
-
-#include "app/command_dispatch.h"
+#include "layout_file_fixture.h"
 #include "pattern/layout_raster.h"
 #include "pattern_fixture.h"
-#include "resources/resource.h"
 
 namespace {
 
-// GDSII records: 2-byte length, record type, data type, big-endian values.
-std::string be(uint64_t value, int bytes) {
-  std::string out;
-  for (int i = bytes - 1; i >= 0; --i) out += static_cast<char>((value >> (8 * i)) & 0xFF);
-  return out;
-}
-std::string record(int type, int dataType, std::string body = "") {
-  if (body.size() % 2 != 0) body += '\0';  // names are padded to an even length
-  return be(body.size() + 4, 2) + static_cast<char>(type) + static_cast<char>(dataType) + body;
-}
-std::string real8(double value) {  // positive values: exponent of 16 biased by 64
-  int exponent = 64;
-  while (value >= 1) value /= 16, ++exponent;
-  while (value < 1.0 / 16) value *= 16, --exponent;
-  return be((static_cast<uint64_t>(exponent) << 56) | static_cast<uint64_t>(std::ldexp(value, 56)),
-            8);
-}
-std::string cell(const std::string& name, const std::string& elements) {
-  return record(0x05, 2, std::string(24, '\0')) + record(0x06, 6, name) + elements +
-         record(0x07, 0);
-}
-// A square of side um with its lower-left corner at (x, y) um on layer 1/0 (1 nm units).
-std::string square(int x, int y, int side) {
-  std::string xy;
-  const int corners[5][2] = {{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}, {x, y}};
-  for (const auto& c : corners)
-    xy += be(static_cast<uint32_t>(c[0] * 1000), 4) + be(static_cast<uint32_t>(c[1] * 1000), 4);
-  return record(0x08, 0) + record(0x0D, 2, be(1, 2)) + record(0x0E, 2, be(0, 2)) +
-         record(0x10, 3, xy) + record(0x11, 0);
-}
-std::string reference(const std::string& name) {
-  return record(0x0A, 0) + record(0x12, 6, name) + record(0x10, 3, std::string(8, '\0')) +
-         record(0x11, 0);
-}
-std::string library(const std::string& cells) {
-  return record(0x00, 2, be(600, 2)) + record(0x01, 2, std::string(24, '\0')) +
-         record(0x02, 6, "LIB") + record(0x03, 5, real8(0.001) + real8(1e-9)) + cells +
-         record(0x04, 0);
-}
+using namespace gdsii;
 
 class LayoutImport : public PatternTest {
  protected:
@@ -58,21 +17,9 @@ class LayoutImport : public PatternTest {
     heldLayout = {};
     fieldOverlapUm = 0;
   }
-  // The operator picks the file, then in the dialog: the layer and top-cell entries,
-  // the centre box, the overlap, and OK.
   void importFile(const std::string& name, const std::string& bytes, int layer = 0, int top = 0,
                   bool centre = false, const std::string& overlap = "0") {
-    const auto path = std::filesystem::temp_directory_path() / name;
-    std::ofstream(path, std::ios::binary) << bytes;
-    recordedQueueFileChoice(path.wstring());
-    recordedDialogReset();  // a file refused before the dialog leaves its script unplayed
-    recordedDialogChoose(IDC_LAYOUT_LAYER, layer);
-    recordedDialogChoose(IDC_LAYOUT_TOP_CELL, top);
-    if (centre) recordedDialogToggle(IDC_LAYOUT_CENTRE);
-    recordedDialogType(IDC_LAYOUT_OVERLAP, overlap);
-    recordedDialogPress(IDC_LAYOUT_OK);
-    dispatchCommand(IDM_IMPORT_LAYOUT);
-    std::filesystem::remove(path);
+    importLayoutFile(desktop_ / name, bytes, layer, top, centre, overlap);
   }
   static int darkPixels() {
     int dark = 0;
@@ -114,6 +61,10 @@ TEST_F(LayoutImport, ALayerOfATopCellBecomesTheMaskPictureAtTrueScale) {
   EXPECT_EQ(getRed(maskImage, 490, 490), 0);
   EXPECT_EQ(getRed(maskImage, 509, 509), 0);
   EXPECT_EQ(fieldOverlapUm, 0);
+  // A picture picked by "Import Image" takes the layout's place: the run writes the picture.
+  recordedQueueFileChoice(maskPicturePath);
+  dispatchCommand(IDM_IMPORT_IMAGE);
+  EXPECT_EQ(heldLayout.widthCells, 0);
 }
 
 // Whatever is wrong with a file or the choice, the operator reads why, and the held
