@@ -18,11 +18,11 @@ class Board:
     """telvane-board-sim linked as the session's COM3; its log holds every command (and a
     line for every dwell of the laser, which commands() leaves out)."""
 
-    def __init__(self, session):
+    def __init__(self, session, faults=()):
         self.log = os.path.join(session.folder, "board.log")
         link = os.path.join(session.prefix, "dosdevices", "com3")
         self.process = subprocess.Popen(
-            [os.path.join(BIN, "telvane-board-sim"), "--link", link, "--log", self.log],
+            [os.path.join(BIN, "telvane-board-sim"), "--link", link, "--log", self.log, *faults],
             stdout=subprocess.PIPE, stdin=subprocess.DEVNULL, text=True)
         self.process.stdout.readline()  # the terminal's path: the link exists from here on
 

@@ -4,7 +4,8 @@ COM3) is then connected from Device Configuration's "Initialize"; a triangle dra
 the pointer is written with one laser-on period and saved; a mask's writing is stopped by
 a click on the display and "Yes": the laser is at 0 V while the question is open, the
 stroke under way is not cut short and no further stroke is exposed; closing the window
-switches the lamp off and writes the choices into Config.txt."""
+switches the lamp off and writes the choices into Config.txt. A board that hangs up in the
+middle of a mask's writing leaves the run to end on the failed link, the window answering."""
 import glob
 import os
 import subprocess
@@ -28,6 +29,25 @@ def voltages(commands):
     return [int(c.split()[2]) for c in commands if c.startswith("G 5 ")]
 
 
+def connect(session, board):
+    session.inspect("command", TITLE, 32820)  # Device Configuration
+    assert session.wait_window(DEVICE)
+    click_control(session, DEVICE, INITIALIZE)
+    wait_until(lambda: children(session, DEVICE)[CONNECTED]["check"] == 1, 20, "not connected")
+    assert board.commands()[:8] == OPEN_SEQUENCE, board.commands()[:8]
+    click_control(session, DEVICE, 2)  # "Close"
+
+
+def import_mask(session):
+    mask = os.path.join(session.folder, "mask.png")
+    subprocess.run(["convert", "-size", "1000x1000", "xc:white", "-fill", "black",
+                    "-draw", "rectangle 420,420,580,580", mask], check=True)
+    session.inspect("command", TITLE, IMPORT_IMAGE)
+    session.answer_file_dialog(mask)
+    session.inspect("command", TITLE, MASK_PATTERN)
+    time.sleep(3)
+
+
 class BareStationUnderWine(unittest.TestCase):
     def test_reports_then_board_connected_lines_written_and_a_stop(self):
         with WineSession("bare_station") as session:
@@ -35,13 +55,7 @@ class BareStationUnderWine(unittest.TestCase):
             self.assertEqual(session.dismiss_message_boxes_until(TITLE), REPORTS)
             board = Board(session)
             try:
-                session.inspect("command", TITLE, 32820)
-                self.assertTrue(session.wait_window(DEVICE))
-                click_control(session, DEVICE, INITIALIZE)
-                wait_until(lambda: children(session, DEVICE)[CONNECTED]["check"] == 1, 20,
-                           "not connected")
-                self.assertEqual(board.commands()[:8], OPEN_SEQUENCE)
-                click_control(session, DEVICE, 2)  # "Close"
+                connect(session, board)
 
                 # A triangle of "1" lines: drawn in blue, one laser-on period, saved.
                 session.click_client(TITLE, 1262 + 10, 517 + 10)
@@ -64,13 +78,7 @@ class BareStationUnderWine(unittest.TestCase):
                 click_control(session, TITLE, 2201)  # "lines" off: the mask alone next
 
                 # A mask's writing stopped during a stroke.
-                mask = os.path.join(session.folder, "mask.png")
-                subprocess.run(["convert", "-size", "1000x1000", "xc:white", "-fill", "black",
-                                "-draw", "rectangle 420,420,580,580", mask], check=True)
-                session.inspect("command", TITLE, IMPORT_IMAGE)
-                session.answer_file_dialog(mask)
-                session.inspect("command", TITLE, MASK_PATTERN)
-                time.sleep(3)
+                import_mask(session)
                 before = len(board.commands())
                 session.click_client(TITLE, *START_WRITING)
                 wait_until(lambda: any(voltages(board.commands()[before:])), 120, "no stroke")
@@ -94,6 +102,26 @@ class BareStationUnderWine(unittest.TestCase):
                     self.assertTrue(f.read().startswith("Mag:1X, laser shift:(0,0,0), Arduino:3"))
             finally:
                 board.stop()
+
+    def test_a_board_hanging_up_during_a_mask_leaves_the_run_to_end_on_the_failed_link(self):
+        with WineSession("hang_up") as session:
+            session.start("telvane.exe")
+            session.dismiss_message_boxes_until(TITLE)
+            board = Board(session, ["--hang-up-after", "60"])
+            try:
+                connect(session, board)
+                import_mask(session)
+                session.click_client(TITLE, *START_WRITING)
+                board.process.wait(timeout=60)  # it closes its terminal and exits
+                with open(board.log) as log:
+                    self.assertTrue(log.read().rstrip().endswith("hung up"))
+                self.assertTrue(any(voltages(board.commands())), "hung up before a stroke")
+                session.wait_caption(TITLE, "All Writings finished", 120, PROGRESS_BOX)
+                self.assertTrue(children(session))  # the window still answers
+                close_program(session)
+            finally:
+                board.process.wait(timeout=10)
+                board.process.stdout.close()
 
 
 if __name__ == "__main__":
