@@ -86,6 +86,7 @@ TEST_F(FieldWriting, AnImportedLayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) 
   EXPECT_NEAR(darkIn(picture, 900, 1100, 1900, 2100), 100 * 100, 400);
   EXPECT_NEAR(darkIn(picture, 0, 3000, 0, 3000), 2 * 52000 + 10000 + 200, 6000);
 
+  onField_ = nullptr;
   station.magnification = 2;
   dispatchCommand(IDC_START_WRITING);
   EXPECT_TRUE(
