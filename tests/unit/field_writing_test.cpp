@@ -64,7 +64,10 @@ TEST_F(FieldWriting, AnImportedLayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) 
     const Rgb top = recordedScreenPixel(116 + column * 333 + 166, 14 + row * 333 + 1);
     EXPECT_EQ(std::tuple(top.red, top.green, top.blue), std::tuple(255, 0, 0)) << field;
   };
+  const uint64_t startedMs = virtualClockNow();
   dispatchCommand(IDC_START_WRITING);
+  std::fprintf(stderr, "9 fields: %.1f s on the virtual clock\n",
+               (virtualClockNow() - startedMs) / 1000.0);
   EXPECT_EQ(fieldStarts_.size(), 9u);
   EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
   EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2), "m0,M0");
