@@ -52,7 +52,7 @@ TEST_F(FieldWriting, AnImportedLayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) 
   const std::string nine =
       library(cell("TOP", square(-1500, -1500, 10) + square(1490, 1490, 10) +
                               rectangle(-1300, 1300, 1300, 1320) +
-                              rectangle(1200, -1300, 1220, 1300) + square(-550, 450, 100)));
+                              rectangle(1200, -1300, 1220, 1280) + square(-550, 450, 100)));
   importLayoutFile(desktop_ / "nine.gds", nine);
   ASSERT_EQ(std::tuple(heldLayout.widthCells, heldLayout.heightCells), std::tuple(3000, 3000));
   // The display shows the whole layout at a third: grey seams, the blue bar.
@@ -64,7 +64,10 @@ TEST_F(FieldWriting, AnImportedLayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) 
     const Rgb top = recordedScreenPixel(116 + column * 333 + 166, 14 + row * 333 + 1);
     EXPECT_EQ(std::tuple(top.red, top.green, top.blue), std::tuple(255, 0, 0)) << field;
   };
+  const uint64_t startedMs = virtualClockNow();
   dispatchCommand(IDC_START_WRITING);
+  std::fprintf(stderr, "9 fields: %.1f s on the virtual clock\n",
+               (virtualClockNow() - startedMs) / 1000.0);
   EXPECT_EQ(fieldStarts_.size(), 9u);
   EXPECT_EQ(recordedBoxText(Box::Progress), "All Writings finished");
   EXPECT_EQ(joined(sentCommands("mM"), sentCommands("mM").size() - 2), "m0,M0");
@@ -77,16 +80,19 @@ TEST_F(FieldWriting, AnImportedLayoutOfNineFieldsIsWrittenFieldByFieldAsOneRun) 
   DevelopedArea picture;
   ASSERT_TRUE(loadExposurePicture(dataPaths.runFolder / "exposure(0).png", picture));
   ASSERT_EQ(picture.side, 3000 * kExposurePixelsPerCell);
-  // Cell (x + 1500, y + 1500) lies at (x, y) um; every column of a bar holds its 20 um, as
-  // near as the coarse pass's blocks and defocus write it.
+  // Cell (x + 1500, y + 1500) lies at (x, y) um; every column of a bar holds its 20 um but
+  // the last three before a seam, where the field's last coarse stroke ends and the bar
+  // thins to 15 at the least.
   for (int along = 300; along < 2690; ++along) {
-    EXPECT_NEAR(darkIn(picture, along, along + 1, 2760, 2860), 21, 5) << "top bar at " << along;
-    EXPECT_NEAR(darkIn(picture, 2660, 2760, along, along + 1), 21, 5) << "right bar at " << along;
+    const int slack = along % 1000 >= 997 ? 5 : 1;
+    EXPECT_NEAR(darkIn(picture, along, along + 1, 2760, 2860), 20, slack) << "top bar " << along;
+    EXPECT_NEAR(darkIn(picture, 2660, 2760, along, along + 1), 20, slack) << "right bar " << along;
   }
   EXPECT_NEAR(darkIn(picture, 900, 1100, 1900, 2100), 100 * 100, 400);
   // The bars, the squares and the dots the stage's turnarounds leave at 9600 baud.
-  EXPECT_NEAR(darkIn(picture, 0, 3000, 0, 3000), 2 * 52000 + 10000 + 200, 9000);
+  EXPECT_NEAR(darkIn(picture, 0, 3000, 0, 3000), 52000 + 51600 + 10000 + 200, 9000);
 
+  onField_ = nullptr;
   station.magnification = 2;
   dispatchCommand(IDC_START_WRITING);
   EXPECT_TRUE(
