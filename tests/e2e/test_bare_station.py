@@ -34,7 +34,8 @@ def connect(session, board):
     assert session.wait_window(DEVICE)
     click_control(session, DEVICE, INITIALIZE)
     wait_until(lambda: children(session, DEVICE)[CONNECTED]["check"] == 1, 20, "not connected")
-    assert board.commands()[:8] == OPEN_SEQUENCE, board.commands()[:8]
+    wait_until(lambda: board.commands()[:8] == OPEN_SEQUENCE, 10,  # the last bytes still on the line
+               lambda: "the board took %r" % board.commands()[:8])
     click_control(session, DEVICE, 2)  # "Close"
 
 

@@ -9,6 +9,7 @@ import collections
 import glob
 import os
 import re
+import shutil
 import subprocess
 import time
 import unittest
@@ -62,6 +63,7 @@ class VirtualStationUnderWine(unittest.TestCase):
             # The developed resist, from the board's exposure log: 2 x 2 pixels a cell.
             pictures = glob.glob(os.path.join(data, "*", "exposure(*).png"))
             self.assertEqual(len(pictures), 1, pictures)
+            shutil.copy(pictures[0], os.path.join(ARTIFACTS, "first-job-exposure.png"))
             counts = collections.Counter((x // 2, y // 2) for x, y in png_dark_cells(pictures[0]))
             developed = {cell for cell, dark in counts.items() if dark >= 2}  # as the program counts
             fine, coarse = cell_agreement(developed, target)
