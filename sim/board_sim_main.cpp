@@ -3,6 +3,11 @@
 // to the real board. Prints the terminal's path, logs every command received with its
 // time, and can be told to misbehave. Linux only.
 //
+// A pseudo-terminal passes bytes at once, so the line's timing is kept here: each byte the
+// program writes arrives one frame (10 bits at 9600 8N1, from the terminal settings the
+// program set) after the one before, a command acts when its NUL has arrived, and the
+// board's replies go back paced at the same rate.
+//
 //   telvane-board-sim [--link PATH] [--log FILE] [--silent] [--garbage]
 //                     [--drop-every N] [--hang-up-after N]
 #include <fcntl.h>
@@ -12,11 +17,14 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <string>
+#include <utility>
 
 #include "sim/virtual_board.h"
 
@@ -25,6 +33,11 @@ namespace {
 volatile std::sig_atomic_t stopRequested = 0;
 
 void onSignal(int) { stopRequested = 1; }
+
+double realMsExact() {
+  using namespace std::chrono;
+  return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count() / 1000.0;
+}
 
 uint64_t realMs() {
   using namespace std::chrono;
@@ -93,6 +106,56 @@ int openTerminal(std::string& slavePath, int& slaveFd) {
   return master;
 }
 
+// One byte's frame at the terminal settings the program set, ms (start bit, data bits,
+// parity, stop bits).
+double byteMs(int slaveFd) {
+  termios t;
+  if (tcgetattr(slaveFd, &t) != 0) return 10.0 / 9600 * 1000;
+  static const std::pair<speed_t, double> kBauds[] = {
+      {B300, 300},   {B600, 600},     {B1200, 1200},   {B2400, 2400},   {B4800, 4800},
+      {B9600, 9600}, {B19200, 19200}, {B38400, 38400}, {B57600, 57600}, {B115200, 115200}};
+  double baud = 9600;
+  for (const auto& [code, rate] : kBauds)
+    if (cfgetospeed(&t) == code) baud = rate;
+  const tcflag_t size = t.c_cflag & CSIZE;
+  const int dataBits = size == CS5 ? 5 : size == CS6 ? 6 : size == CS7 ? 7 : 8;
+  const double bits =
+      1 + dataBits + ((t.c_cflag & PARENB) ? 1 : 0) + ((t.c_cflag & CSTOPB) ? 2 : 1);
+  return bits / baud * 1000.0;
+}
+
+struct TimedByte {
+  char byte;
+  double atMs;  // arrival at the board, or when it is due back at the program
+};
+
+// The board's two directions on the line, in ms since start.
+struct Line {
+  std::deque<TimedByte> toBoard;
+  std::deque<TimedByte> toProgram;
+  double toBoardFreeMs = 0;
+  double toProgramFreeMs = 0;
+};
+
+// What the board has sent by atMs goes back one frame after another.
+void collectReplies(VirtualBoard& board, Line& line, double frameMs, double atMs) {
+  char byte;
+  while (boardTakeOutput(board, &byte, 1) == 1) {
+    line.toProgramFreeMs = std::max(line.toProgramFreeMs, atMs) + frameMs;
+    line.toProgram.push_back({byte, line.toProgramFreeMs});
+  }
+}
+
+// Brings the board to atMs event by event, so each report leaves when its move ended.
+void advanceBoard(VirtualBoard& board, Line& line, double frameMs, uint64_t atMs) {
+  for (uint64_t next; (next = boardNextEventMs(board)) <= atMs;) {
+    boardAdvance(board, next);
+    collectReplies(board, line, frameMs, double(next));
+  }
+  boardAdvance(board, atMs);
+  collectReplies(board, line, frameMs, double(atMs));
+}
+
 bool writeAll(int fd, const char* data, size_t count) {
   while (count > 0) {
     ssize_t n = write(fd, data, count);
@@ -138,26 +201,54 @@ int main(int argc, char** argv) {
   board.faults = options.faults;
   const uint64_t startMs = realMs();
   size_t logged = 0;
+  Line line;
   char buffer[256];
   while (!stopRequested && !board.hungUp) {
-    uint64_t now = realMs() - startMs;
-    uint64_t next = boardNextEventMs(board);
-    int timeoutMs = next <= now ? 0 : static_cast<int>(std::min<uint64_t>(next - now, 10));
+    // Woken to the microsecond when a command's NUL arrives or a reply byte is due.
+    const double nowExact = realMsExact() - startMs;
+    double wake = std::min<double>(double(boardNextEventMs(board)), nowExact + 10);
+    for (const TimedByte& b : line.toBoard)
+      if (b.byte == '\0') {
+        wake = std::min(wake, b.atMs);
+        break;
+      }
+    if (!line.toProgram.empty()) wake = std::min(wake, line.toProgram.front().atMs);
+    const double waitMs = std::max(0.0, wake - nowExact);
+    const timespec timeout = {static_cast<time_t>(waitMs / 1000),
+                              static_cast<long>(std::fmod(waitMs, 1000.0) * 1e6)};
     pollfd fds = {master, POLLIN, 0};
-    int ready = poll(&fds, 1, timeoutMs);
-    now = realMs() - startMs;
+    int ready = ppoll(&fds, 1, &timeout, nullptr);
+    const double nowMs = realMsExact() - startMs;
+    const uint64_t now = static_cast<uint64_t>(nowMs);
+    const double frameMs = byteMs(slaveFd);
     if (ready > 0 && (fds.revents & POLLIN)) {
       ssize_t n = read(master, buffer, sizeof buffer);
-      if (n > 0) boardReceive(board, buffer, static_cast<size_t>(n), now);
+      for (ssize_t i = 0; i < n; ++i) {
+        line.toBoardFreeMs = std::max(line.toBoardFreeMs, nowMs) + frameMs;
+        line.toBoard.push_back({buffer[i], line.toBoardFreeMs});
+      }
     }
-    boardAdvance(board, now);
+    // Each byte reaches the board at its arrival time; a command acts on its NUL's.
+    while (!line.toBoard.empty() && line.toBoard.front().atMs <= nowMs && !board.hungUp) {
+      const uint64_t arrivedMs = static_cast<uint64_t>(std::ceil(line.toBoard.front().atMs));
+      advanceBoard(board, line, frameMs, arrivedMs);
+      boardReceive(board, &line.toBoard.front().byte, 1, arrivedMs);
+      collectReplies(board, line, frameMs, line.toBoard.front().atMs);
+      line.toBoard.pop_front();
+    }
+    advanceBoard(board, line, frameMs, now);
     for (; logged < board.commands.size(); ++logged) {
       if (!log) continue;
       std::fprintf(log, "%llu %s\n", static_cast<unsigned long long>(board.commands[logged].timeMs),
                    printable(board.commands[logged].text).c_str());
       std::fflush(log);
     }
-    size_t count = boardTakeOutput(board, buffer, sizeof buffer);
+    size_t count = 0;
+    while (count < sizeof buffer && !line.toProgram.empty() &&
+           line.toProgram.front().atMs <= nowMs) {
+      buffer[count++] = line.toProgram.front().byte;
+      line.toProgram.pop_front();
+    }
     if (count > 0 && !writeAll(master, buffer, count)) break;
   }
   if (log) {

@@ -3,6 +3,7 @@
 // program wrote, and switch the port's and the board's faults.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "link/serial_port.h"
@@ -20,3 +21,13 @@ void virtualSerialSetPresent(bool present);
 const SerialLineSettings& virtualSerialLineSettings();
 // Makes the driver's line-settings read fail (the first read of an open).
 void virtualSerialFailLineSettings(bool fail);
+
+// The bytes that crossed the line since the reset and the time they took on it at the line
+// settings in force (writeMs + readMs is the line time of the whole exchange).
+struct SerialTraffic {
+  uint64_t bytesWritten = 0;
+  uint64_t bytesRead = 0;
+  double writeMs = 0;
+  double readMs = 0;
+};
+const SerialTraffic& virtualSerialTraffic();

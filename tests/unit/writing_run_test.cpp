@@ -54,6 +54,9 @@ TEST_F(WritingRun, TheRunFromItsApproachToItsReturnAndItsStops) {
     virtualSerialClearWritten();
     recordedFeedbackReset();
     recordedScriptAction(virtualClockNow() + 200, timerTick);
+    double clickedAtUm = 0;
+    recordedScriptAction(virtualClockNow() + clickAfterMs,
+                         [&] { clickedAtUm = boardAxisUm(board, 0, virtualClockNow()); });
     recordedScriptClick(virtualClockNow() + clickAfterMs, QueuedTarget::DisplayWindow);
     recordedQueueAnswer(answer);
     dispatchCommand(IDC_START_WRITING);
@@ -73,7 +76,7 @@ TEST_F(WritingRun, TheRunFromItsApproachToItsReturnAndItsStops) {
       EXPECT_NEAR(litUntilUm, 1400.0, 2.0);
     } else {
       EXPECT_THAT(voltages, ElementsAre("G 5 66", "G 5 0"));
-      EXPECT_NEAR(litUntilUm, 1200.0, 5.0) << "dark from the click on";
+      EXPECT_NEAR(litUntilUm, clickedAtUm, 1.0) << "dark from the click on";
       EXPECT_NEAR(board.axes[0].fromSteps / 6.4, 1400.0, 2.0) << "the return starts at the end";
     }
   }
