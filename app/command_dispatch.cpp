@@ -98,6 +98,7 @@ void dispatchCommand(int id) {
     case IDM_GROUPING: onGroupingCommand(); break;
     case IDM_SIMULATE_WRITING: onSimulateWritingCommand(); break;
     case IDM_FINAL_PATTERN: onFinalPatternCommand(); break;
+    case IDM_SHOW_EXPOSURE_PICTURE: onShowExposurePictureCommand(); break;
     case IDM_ERASE_MASK_PATTERN: onEraseMaskPatternCommand(); break;
 
     case IDC_LINE_WIDTH_1: setWidthClass(1); break;

@@ -41,7 +41,7 @@ endif()
 add_executable(telvane WIN32 app/main_win32.cpp resources/telvane.rc
   $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_shell>
   $<TARGET_OBJECTS:telvane_win32_seams>
-  link/serial_port_win32.cpp ${TELVANE_CAMERA_SEAM})
+  link/serial_port_win32.cpp ${TELVANE_CAMERA_SEAM} jobs/exposure_record_absent.cpp)
 target_link_libraries(telvane PRIVATE ${TELVANE_WIN32_LIBS})
 telvane_gui_entry(telvane)
 if(TELVANE_PYLON)
@@ -52,7 +52,7 @@ telvane_publish(telvane)
 add_executable(telvane-sim WIN32 app/main_win32.cpp resources/telvane.rc
   $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_shell>
   $<TARGET_OBJECTS:telvane_win32_seams> $<TARGET_OBJECTS:telvane_sim_model>
-  sim/virtual_serial_seam.cpp sim/virtual_camera_seam.cpp)
+  sim/virtual_serial_seam.cpp sim/virtual_camera_seam.cpp sim/exposure_record_seam.cpp)
 target_link_libraries(telvane-sim PRIVATE ${TELVANE_WIN32_LIBS})
 telvane_gui_entry(telvane-sim)
 telvane_publish(telvane-sim)
@@ -80,7 +80,7 @@ if(TELVANE_TESTS)
     add_executable(telvane_win_tests ${TELVANE_WIN_TESTS} resources/telvane.rc
       $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_shell>
       $<TARGET_OBJECTS:telvane_win32_seams>
-      link/serial_port_win32.cpp camera/camera_sdk_absent.cpp)
+      link/serial_port_win32.cpp camera/camera_sdk_absent.cpp jobs/exposure_record_absent.cpp)
     target_link_libraries(telvane_win_tests PRIVATE gtest gtest_main ${TELVANE_WIN32_LIBS})
     add_test(NAME win_tests COMMAND telvane_win_tests --gtest_brief=1)
     set_tests_properties(win_tests PROPERTIES ENVIRONMENT "TELVANE_BIN=${TELVANE_BIN_DIR}")

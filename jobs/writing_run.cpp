@@ -2,11 +2,14 @@
 #include "jobs/writing_run.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <string>
 
 #include "camera/camera_commands.h"
 #include "camera/live_view_control.h"
 #include "camera/picture_files.h"
+#include "jobs/exposure_record.h"
 #include "jobs/raster_writing.h"
 #include "jobs/vector_writing.h"
 #include "jobs/writing_condition.h"
@@ -60,6 +63,16 @@ void takeUpZBacklash() {
     MoveAxisBy(serialLink, kZAxis, -kBacklashStepUm);
     MoveAxisBy(serialLink, kZAxis, kBacklashStepUm);
   }
+}
+
+// The exposure picture lands beside the run's writing-condition record, under its number.
+void saveExposurePicture() {
+  ensureRunFolder(dataPaths, 0);
+  const int number = static_cast<int>(static_cast<uint32_t>(writingConditionCounter) - 1u);
+  const std::filesystem::path path =
+      dataPaths.runFolder / ("exposure(" + std::to_string(number) + ").png");
+  if (recordExposurePicture(path, StageXForColumn(0, 1), StageYForRow(0, 1), station.magnification))
+    dataPaths.latestExposurePicture = path;
 }
 
 bool stopWasRequested() { return station.stopRequested == 1; }
@@ -120,6 +133,7 @@ void onStartWritingCommand() {
 
   MoveAxisAndWait(serialLink, kZAxis, station.stageZ);
   MoveXY(station.stageX, station.stageY, station.writingSpeed);
+  saveExposurePicture();
 
   showProgress("All Writings finished");
   writingActive = 0;

@@ -1,7 +1,9 @@
 // The pattern commands: see pattern_commands.h.
 #include "pattern/pattern_commands.h"
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "camera/display_surface.h"
 #include "camera/live_render.h"
@@ -11,6 +13,8 @@
 #include "pattern/grouping.h"
 #include "pattern/mask_import.h"
 #include "pattern/writing_simulation.h"
+#include "station/data_paths.h"
+#include "station/feedback.h"
 #include "station/responsive_wait.h"
 #include "station/station.h"
 #include "station/view_geometry.h"
@@ -96,6 +100,22 @@ void onFinalPatternCommand() {
   if (operationRunning() == 1) return;
   whiteDisplay();
   RenderPatternView(SurfaceWindow::Display, finalPattern.cells, kPatternSide, kPatternSide);
+}
+
+void onShowExposurePictureCommand() {
+  if (operationRunning() == 1) return;
+  std::error_code ignored;
+  const std::filesystem::path& picture = dataPaths.latestExposurePicture;
+  if (picture.empty() || !std::filesystem::exists(picture, ignored)) {
+    feedbackMessageBox(
+        "No exposure picture yet: the virtual station saves one after every writing run.",
+        "Show Exposure Picture", MessageKind::Ok);
+    return;
+  }
+  static ImageBuffer exposureImage;  // taken once, kept for the run like every picture
+  showWholeWritingArea();
+  const std::wstring path = picture.wstring();
+  importPictureToImage(&path, exposureImage);
 }
 
 void onEraseMaskPatternCommand() {

@@ -13,4 +13,6 @@ void onFindEdgesCommand();            // 32794
 void onGroupingCommand();             // 32806
 void onSimulateWritingCommand();      // 32814
 void onFinalPatternCommand();         // 32816
-void onEraseMaskPatternCommand();     // 32832
+// 32834: the latest exposure picture over the writing area; a message box when there is none.
+void onShowExposurePictureCommand();
+void onEraseMaskPatternCommand();  // 32832

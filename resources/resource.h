@@ -53,6 +53,7 @@
 #define IDM_ERASE_MASK_PATTERN 32832
 #define IDM_LONG_STROKE_TEST 32833
 #define IDM_FORECAST_WRITING 32835
+#define IDM_SHOW_EXPOSURE_PICTURE 32834
 
 // Controls of the main window. Boxes and labels without a function have id 0, and the
 // progress and time boxes share 2006 (they are reached by their handles).

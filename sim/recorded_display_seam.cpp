@@ -13,6 +13,7 @@
 
 #include "camera/file_dialog.h"
 #include "pattern/picture_render.h"
+#include "sim/png_file.h"
 #include "sim/recorded_display.h"
 
 struct Canvas {
@@ -279,9 +280,23 @@ bool renderPictureFile(const std::wstring& path, int width, int height, uint8_t*
   const size_t bytes = static_cast<size_t>(width) * static_cast<size_t>(height) * 4;
   std::fill(pixels, pixels + bytes, uint8_t{0xFF});
   const auto found = pictureFiles.find(path);
-  if (found == pictureFiles.end() || found->second.width <= 0 || found->second.height <= 0)
-    return false;
-  const RecordedPicture& picture = found->second;
+  RecordedPicture loaded;
+  PngPicture png;
+  if (found == pictureFiles.end() && readPng(path, png)) {
+    // A PNG on disk (the program's own exposure pictures) loads as GDI+ would load it.
+    loaded = {png.width, png.height, {}};
+    loaded.pixels.resize(static_cast<size_t>(png.width) * png.height * 4);
+    for (int y = 0; y < png.height; ++y) {
+      for (int x = 0; x < png.width; ++x) {
+        const uint8_t* from = &png.pixels[(static_cast<size_t>(y) * png.width + x) * png.channels];
+        uint8_t* to = &loaded.pixels[(static_cast<size_t>(png.height - 1 - y) * png.width + x) * 4];
+        for (int c = 0; c < 3; ++c) to[c] = from[png.channels == 3 ? 2 - c : 0];
+        to[3] = 255;
+      }
+    }
+  }
+  const RecordedPicture& picture = found != pictureFiles.end() ? found->second : loaded;
+  if (picture.width <= 0 || picture.height <= 0) return false;
   // Nearest source pixel, blended over white by its alpha: GDI+ stretching, simplified.
   for (int y = 0; y < height; ++y) {
     const int sy = static_cast<int>(static_cast<int64_t>(y) * picture.height / height);

@@ -28,24 +28,61 @@ int axisOf(const char* letters, char c) {
   return -1;
 }
 
-// Distance covered after tMs of a move along its trapezoidal (or triangular) profile.
-double profileSteps(const BoardAxis& a, double tMs) {
-  double distance = std::fabs(double(a.toSteps - a.fromSteps));
-  if (tMs >= a.durationMs) return distance;
-  double t = tMs / 1000.0;
-  double total = a.durationMs / 1000.0;
-  double rampS = a.cruiseStepsPerS / a.accelUsed;
-  if (t < rampS) return 0.5 * a.accelUsed * t * t;
-  if (t < total - rampS) return 0.5 * a.cruiseStepsPerS * rampS + a.cruiseStepsPerS * (t - rampS);
-  double left = total - t;
-  return distance - 0.5 * a.accelUsed * left * left;
+// Where the axis is (steps, fractional) and how fast it goes tMs after the move's start.
+void profileAt(const BoardAxis& a, double tMs, double& steps, double& stepsPerS) {
+  if (tMs >= a.durationMs || a.phases.empty()) {
+    steps = double(a.toSteps);
+    stepsPerS = 0;
+    return;
+  }
+  size_t i = a.phases.size() - 1;
+  while (i > 0 && a.phases[i].atMs > tMs) --i;
+  const MovePhase& p = a.phases[i];
+  const double t = (tMs - p.atMs) / 1000.0;
+  steps = p.steps + p.stepsPerS * t + 0.5 * p.accel * t * t;
+  stepsPerS = p.stepsPerS + p.accel * t;
+}
+
+// The profile from `steps` at speed v0 (signed) to target at cruise speed v and
+// acceleration a: a move the other way, or one too short to stop in, first brakes to rest;
+// then the axis speeds up (or slows down) to the cruise speed, or as far as it can still
+// stop on the target, cruises, and brakes to rest on the target.
+void planMove(BoardAxis& axis, double steps, double v0, double target, double v, double a) {
+  axis.phases.clear();
+  double atMs = 0;
+  const double distance = target - steps;
+  const double direction = distance >= 0 ? 1.0 : -1.0;
+  if (v0 != 0 && (v0 * direction < 0 || v0 * v0 / (2 * a) > std::fabs(distance))) {
+    const double brakeS = std::fabs(v0) / a;
+    const double brakeAccel = v0 > 0 ? -a : a;
+    axis.phases.push_back({atMs, steps, v0, brakeAccel});
+    steps += v0 * brakeS / 2;
+    atMs += brakeS * 1000.0;
+    v0 = 0;
+  }
+  const double left = std::fabs(target - steps);
+  const double towards = target >= steps ? 1.0 : -1.0;
+  const double u = std::fabs(v0);
+  const double peak = std::min(v, std::sqrt(a * left + u * u / 2));
+  const double changeS = std::fabs(peak - u) / a;
+  const double changeSteps = std::fabs(peak * peak - u * u) / (2 * a);
+  const double brakeSteps = peak * peak / (2 * a);
+  const double cruiseS = peak > 0 ? std::max(0.0, left - changeSteps - brakeSteps) / peak : 0;
+  axis.phases.push_back({atMs, steps, towards * u, towards * (peak >= u ? a : -a)});
+  atMs += changeS * 1000.0;
+  steps += towards * changeSteps;
+  axis.phases.push_back({atMs, steps, towards * peak, 0});
+  atMs += cruiseS * 1000.0;
+  steps += towards * peak * cruiseS;
+  axis.phases.push_back({atMs, steps, towards * peak, -towards * a});
+  axis.durationMs = atMs + peak / a * 1000.0;
 }
 
 int64_t machineStepsAt(const BoardAxis& a, uint64_t nowMs) {
   if (!a.moving) return a.machineSteps;
-  double done = profileSteps(a, double(nowMs - a.startMs));
-  int64_t covered = static_cast<int64_t>(done);
-  return a.toSteps >= a.fromSteps ? a.fromSteps + covered : a.fromSteps - covered;
+  double steps = 0, speed = 0;
+  profileAt(a, double(nowMs - a.startMs), steps, speed);
+  return std::llround(steps);
 }
 
 void emit(VirtualBoard& board, const std::string& reply) {
@@ -68,28 +105,32 @@ void sampleExposure(VirtualBoard& board, uint64_t nowMs) {
   double y = machineUm(board, 1, nowMs);
   // The laser emits at the intensity of its channel: the writing programs set only the
   // voltage and leave the switch pin low.
-  if (boardPwm(board, kBoardLaserChannel) > 0 &&
-      (x != board.lastSampleXUm || y != board.lastSampleYUm))
-    board.exposure.push_back(
-        {board.lastSampleXUm, board.lastSampleYUm, x, y, boardPwm(board, kBoardLaserChannel)});
+  // A piece at rest counts too: the resist takes dose while the spot stands still.
+  const int pwm = boardPwm(board, kBoardLaserChannel);
+  if (pwm > 0 &&
+      (x != board.lastSampleXUm || y != board.lastSampleYUm || nowMs > board.lastSampleMs))
+    board.exposure.push_back({board.lastSampleXUm, board.lastSampleYUm, x, y, pwm,
+                              double(board.lastSampleMs), double(nowMs),
+                              machineUm(board, 2, nowMs)});
   board.lastSampleXUm = x;
   board.lastSampleYUm = y;
+  board.lastSampleMs = std::max(board.lastSampleMs, nowMs);
 }
 
 void startMove(VirtualBoard& board, int axis, int32_t targetSteps) {
   BoardAxis& a = board.axes[axis];
-  a.machineSteps = machineStepsAt(a, board.nowMs);
+  // A running move hands its place and speed on: the axis never jumps in speed.
+  double steps = double(a.machineSteps);
+  double speed = 0;
+  if (a.moving) profileAt(a, double(board.nowMs - a.startMs), steps, speed);
+  a.machineSteps = std::llround(steps);
+  a.fromSteps = a.machineSteps;
   int64_t target = a.originSteps + targetSteps;
   a.endsAtLimit = target > a.maxMachineSteps || target < a.minMachineSteps;
-  a.fromSteps = a.machineSteps;
   a.toSteps = std::clamp(target, a.minMachineSteps, a.maxMachineSteps);
-  int32_t speed = std::max(kSlowestStepsPerS, a.speedStepsPerS);
-  a.cruiseStepsPerS = speed;
-  a.accelUsed = std::max(1, a.accelStepsPerS2);
-  double distance = std::fabs(double(a.toSteps - a.fromSteps));
-  // A short move never reaches the commanded speed: the profile becomes a triangle.
-  a.cruiseStepsPerS = std::min(a.cruiseStepsPerS, std::sqrt(distance * a.accelUsed));
-  a.durationMs = boardMoveDurationMs(distance, speed, a.accelUsed);
+  const double cruise = std::max(kSlowestStepsPerS, a.speedStepsPerS);
+  const double accel = std::max(1, a.accelStepsPerS2);
+  planMove(a, steps, speed, double(a.toSteps), cruise, accel);
   a.startMs = board.nowMs;
   a.moving = true;
 }
@@ -121,6 +162,7 @@ void execute(VirtualBoard& board, const std::string& text) {
     if (a.moving) {
       // The move ends here and now, and is reported like any other end of a move.
       a.machineSteps = machineStepsAt(a, board.nowMs);
+      a.toSteps = a.machineSteps;
       a.moving = false;
       emit(board, std::string(1, kArrivalLetter[axis]) + "\r\n");
     }

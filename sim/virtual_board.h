@@ -23,6 +23,12 @@ constexpr int kBoardLampPin = 7;
 // X reaches a writing speed within a micrometre, as the program's unmargined XY waits need.
 constexpr int32_t kAccelUnitStepsPerS2 = 100;
 
+// One piece of a move's profile: from atMs (after the move's start) the axis is at
+// steps, going at stepsPerS (signed) and changing speed by accel (signed, steps/s²).
+struct MovePhase {
+  double atMs, steps, stepsPerS, accel;
+};
+
 struct BoardAxis {
   int64_t machineSteps = 0;  // where the carriage is, counted from power-on
   int64_t originSteps = 0;   // machine position of the zero set by the zero command
@@ -31,13 +37,13 @@ struct BoardAxis {
   int64_t minMachineSteps = -160000;  // limit switches
   int64_t maxMachineSteps = 160000;
   double stepsPerUm = 1.6;  // mechanics, for the station view
-  // The move under way.
+  // The move under way: pieces of constant acceleration from startMs, the last ending at
+  // rest on toSteps after durationMs.
   bool moving = false;
-  int64_t fromSteps = 0;
-  int64_t toSteps = 0;  // where the move ends (at a limit switch when the target is beyond)
+  int64_t fromSteps = 0;  // where the move started
+  int64_t toSteps = 0;    // where the move ends (at a limit switch when the target is beyond)
   bool endsAtLimit = false;
-  double cruiseStepsPerS = 0;
-  double accelUsed = 0;
+  std::vector<MovePhase> phases;
   uint64_t startMs = 0;
   double durationMs = 0;
 };
@@ -54,9 +60,12 @@ struct BoardCommandRecord {
   std::string text;
 };
 
+// One straight piece of the exposure log: the stage from (x0, y0) at t0Ms to (x1, y1) at
+// t1Ms (a piece at rest has both ends equal), Z where it was, the laser channel's value.
 struct BoardExposure {
   double x0Um, y0Um, x1Um, y1Um;
   int laserPwm;
+  double t0Ms, t1Ms, zUm;
 };
 
 struct VirtualBoard {
@@ -72,6 +81,7 @@ struct VirtualBoard {
   std::vector<BoardCommandRecord> commands;  // every complete command received
   std::vector<BoardExposure> exposure;       // XY path while the laser channel was above 0
   double lastSampleXUm = 0, lastSampleYUm = 0;
+  uint64_t lastSampleMs = 0;
 };
 
 // A board just reset: X 6.4 steps/um, Y and Z 1.6 steps/um, travel +-25 mm, all at rest

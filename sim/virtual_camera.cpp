@@ -1,8 +1,9 @@
 // The virtual camera's renderer. The sample is precomputed once as a repeating texture
-// of texels of two sensor cells (half a display pixel's neighbour: 737 / 616 um); a frame
-// copies the texels under the field, darkens what the laser wrote, blurs by the defocus
-// with one separable box pass, adds the laser spot and spreads each texel over its 4 x 4
-// Bayer samples. Everything is integer work on a 616 x 514 grid, so a frame stays well
+// of texels of four sensor cells (two display pixels: 737 / 616 um); the resist's dose
+// (sim/resist_model.h) is kept on the same repeating texels. A frame copies the texels under
+// the field, darker where the resist developed, blurs by the defocus with one separable box
+// pass, scales by lamp, gain and exposure, adds the laser spot and spreads each texel over
+// its 4 x 4 Bayer samples. Everything is integer work on a 616 x 514 grid, so a frame stays well
 // under the live view's 200 ms.
 #include "sim/virtual_camera.h"
 
@@ -10,6 +11,8 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+
+#include "sim/resist_model.h"
 
 namespace {
 
@@ -26,8 +29,8 @@ struct Rgb {
 };
 
 struct Sample {
-  std::vector<Rgb> texels;        // kTextureSize squared, row v = world y upwards
-  std::vector<uint8_t> exposure;  // darkening by the laser, 0 .. 255, same layout
+  std::vector<Rgb> texels;  // kTextureSize squared, row v = world y upwards
+  DoseGrid resist;          // the dose at every texel's centre, same layout
   size_t segmentsApplied = 0;
   // Working grids of one frame, kept so that a frame allocates nothing.
   std::vector<std::array<int32_t, 3>> region;
@@ -95,7 +98,7 @@ Sample& sample() {
         built.texels[static_cast<size_t>(v) * kTextureSize + u] = sampleTexel(u, v);
       }
     }
-    built.exposure.assign(built.texels.size(), 0);
+    built.resist = DoseGrid(kTexelUm / 2, kTexelUm / 2, kTexelUm, kTextureSize, kTextureSize, true);
     const int side = 2 * kMaxBlurTexels;
     built.region.resize(static_cast<size_t>(kViewWidth + side) * (kViewHeight + side));
     built.rows.resize(static_cast<size_t>(kViewWidth) * (kViewHeight + side));
@@ -114,34 +117,24 @@ int wrapTexel(int t) {
 
 int texelOf(double um) { return static_cast<int>(std::floor(um / kTexelUm)); }
 
-void stamp(Sample& s, int u, int v, int darkness) {
-  for (int dv = -1; dv <= 1; ++dv) {
-    for (int du = -1; du <= 1; ++du) {
-      uint8_t& cell =
-          s.exposure[static_cast<size_t>(wrapTexel(v + dv)) * kTextureSize + wrapTexel(u + du)];
-      cell = static_cast<uint8_t>(std::max<int>(cell, darkness));
-    }
-  }
+// Where the laser falls on the sample relative to the field's centre, um.
+void spotOffsetUm(const StationView& view, double& x, double& y) {
+  x = (view.spotDisplayX / 2.0 - kViewWidth / 2.0) * kTexelUm;
+  y = (view.spotDisplayYUp / 2.0 - kViewHeight / 2.0) * kTexelUm;
 }
 
-// Resist the laser went over turns darker, more so at higher intensity. Only segments
-// not seen before are drawn; a shorter list than before means the board started anew.
-void applyExposure(Sample& s, const std::vector<ExposureSegment>& written) {
+// The resist takes the dose of every piece of the log not seen before, where the laser fell
+// at that time; a shorter log than before means the board started anew.
+void applyExposure(Sample& s, const StationView& view,
+                   const std::vector<ExposureSegment>& written) {
   if (written.size() < s.segmentsApplied) {
-    std::fill(s.exposure.begin(), s.exposure.end(), 0);
+    std::fill(s.resist.dose.begin(), s.resist.dose.end(), 0.0f);
     s.segmentsApplied = 0;
   }
-  for (size_t i = s.segmentsApplied; i < written.size(); ++i) {
-    const ExposureSegment& seg = written[i];
-    const int darkness = std::clamp(80 + seg.laserPwm / 2, 0, 200);
-    const double lengthUm = std::hypot(seg.x1Um - seg.x0Um, seg.y1Um - seg.y0Um);
-    const int steps = std::max(1, static_cast<int>(lengthUm / (kTexelUm * 0.5)));
-    for (int k = 0; k <= steps; ++k) {
-      const double t = static_cast<double>(k) / steps;
-      stamp(s, texelOf(seg.x0Um + (seg.x1Um - seg.x0Um) * t),
-            texelOf(seg.y0Um + (seg.y1Um - seg.y0Um) * t), darkness);
-    }
-  }
+  double shiftX = 0, shiftY = 0;
+  spotOffsetUm(view, shiftX, shiftY);
+  for (size_t i = s.segmentsApplied; i < written.size(); ++i)
+    addDose(s.resist, written[i], shiftX, shiftY);
   s.segmentsApplied = written.size();
 }
 
@@ -152,13 +145,15 @@ void copyRegion(Sample& s, int left, int top, int radius) {
   for (int j = 0; j < height; ++j) {
     const int v = wrapTexel(top - (j - radius));  // image rows go down, v goes up
     const Rgb* texRow = &s.texels[static_cast<size_t>(v) * kTextureSize];
-    const uint8_t* expRow = &s.exposure[static_cast<size_t>(v) * kTextureSize];
+    const float* doseRow = &s.resist.dose[static_cast<size_t>(v) * kTextureSize];
     auto* out = &s.region[static_cast<size_t>(j) * width];
     for (int i = 0, u = wrapTexel(left - radius); i < width;
          ++i, u = u + 1 == kTextureSize ? 0 : u + 1) {
-      const int keep = 255 - expRow[u] / 2;
-      out[i] = {texRow[u].r * keep / 255, texRow[u].g * keep / 255,
-                texRow[u].b * (255 - expRow[u] / 3) / 255};
+      // Developed resist is darker, and less so in the blue.
+      const bool dark = developedDark(doseRow[u]);
+      const int keep = dark ? 110 : 255;
+      const int keepBlue = dark ? 160 : 255;
+      out[i] = {texRow[u].r * keep / 255, texRow[u].g * keep / 255, texRow[u].b * keepBlue / 255};
     }
   }
 }
@@ -201,29 +196,40 @@ void blurRegion(Sample& s, int radius) {
   }
 }
 
-// Brightness in per cent of the nominal picture.
-int brightnessPercent(const StationView& view, const VirtualImaging& imaging) {
-  double factor = 1.0;
-  if (!imaging.automatic) {
-    factor = imaging.exposureUs / 30000.0 * std::pow(10.0, (imaging.gain - 20.0) / 20.0);
-  }
-  const double lamp = view.lampOn ? 100.0 : kLampOffPercent;
-  return static_cast<int>(std::clamp(lamp * factor, 0.0, 800.0));
+// How gain and exposure scale the picture, against the nominal picture.
+double imagingFactor(const VirtualImaging& imaging) {
+  if (imaging.automatic) return 1.0;
+  return imaging.exposureUs / 30000.0 * std::pow(10.0, (imaging.gain - 20.0) / 20.0);
 }
 
-// The violet laser spot in the middle of the field, wider when defocused.
-void addLaserSpot(Sample& s, const StationView& view, int blurRadius) {
-  if (!view.laserOn || view.laserPwm <= 0) return;
-  const int radius = 6 + blurRadius / 2;
-  const int strength = std::clamp(view.laserPwm, 0, 255);
-  const int cx = kViewWidth / 2;
-  const int cy = kViewHeight / 2;
+// The lit sample, in per cent of the nominal picture.
+int brightnessPercent(const StationView& view, const VirtualImaging& imaging) {
+  const double lamp = view.lampOn ? 100.0 : kLampOffPercent;
+  return static_cast<int>(std::clamp(lamp * imagingFactor(imaging), 0.0, 800.0));
+}
+
+void scalePicture(Sample& s, int percent) {
+  std::array<uint8_t, 256> scale{};
+  for (int v = 0; v < 256; ++v) scale[v] = static_cast<uint8_t>(std::min(255, v * percent / 100));
+  for (Rgb& p : s.picture) p = {scale[p.r], scale[p.g], scale[p.b]};
+}
+
+// The violet laser spot where the laser falls, its own light whether the lamp is on or not:
+// as bright as the intensity channel says, as wide as the spot is at this Z.
+void addLaserSpot(Sample& s, const StationView& view, const VirtualImaging& imaging) {
+  if (view.laserPwm <= 0) return;
+  const int radius =
+      std::min(kMaxBlurTexels, 2 + static_cast<int>(2.5 * spotSigmaUm(view.zUm) / kTexelUm));
+  const double peak = std::clamp(view.laserPwm * imagingFactor(imaging), 0.0, 1020.0);
+  const int cx = view.spotDisplayX / 2;
+  const int cy = kViewHeight - view.spotDisplayYUp / 2;  // picture rows go down
   for (int dy = -radius; dy <= radius; ++dy) {
     for (int dx = -radius; dx <= radius; ++dx) {
       const int d2 = dx * dx + dy * dy;
-      if (d2 > radius * radius) continue;
-      const int weight = strength * (radius * radius - d2) / (radius * radius);
-      Rgb& p = s.picture[static_cast<size_t>(cy + dy) * kViewWidth + cx + dx];
+      const int x = cx + dx, y = cy + dy;
+      if (d2 > radius * radius || x < 0 || x >= kViewWidth || y < 0 || y >= kViewHeight) continue;
+      const int weight = static_cast<int>(peak * (radius * radius - d2) / (radius * radius));
+      Rgb& p = s.picture[static_cast<size_t>(y) * kViewWidth + x];
       p.r = static_cast<uint8_t>(std::min(255, p.r + weight * 3 / 4));
       p.g = static_cast<uint8_t>(std::min(255, p.g + weight / 3));
       p.b = static_cast<uint8_t>(std::min(255, p.b + weight));
@@ -231,13 +237,11 @@ void addLaserSpot(Sample& s, const StationView& view, int blurRadius) {
   }
 }
 
-void writeBayer(Sample& s, int percent, uint8_t* raw) {
-  std::array<uint8_t, 256> scale{};
-  for (int v = 0; v < 256; ++v) scale[v] = static_cast<uint8_t>(std::min(255, v * percent / 100));
+void writeBayer(Sample& s, uint8_t* raw) {
   for (int j = 0; j < kViewHeight; ++j) {
     const Rgb* row = &s.picture[static_cast<size_t>(j) * kViewWidth];
     for (int i = 0; i < kViewWidth; ++i) {
-      const uint8_t r = scale[row[i].r], g = scale[row[i].g], b = scale[row[i].b];
+      const uint8_t r = row[i].r, g = row[i].g, b = row[i].b;
       uint8_t* even = &s.evenRow[4 * i];
       uint8_t* odd = &s.oddRow[4 * i];
       even[0] = r, even[1] = g, even[2] = r, even[3] = g;
@@ -256,13 +260,14 @@ void writeBayer(Sample& s, int percent, uint8_t* raw) {
 void renderVirtualFrame(const StationView& view, const std::vector<ExposureSegment>& written,
                         const VirtualImaging& imaging, uint8_t* raw) {
   Sample& s = sample();
-  applyExposure(s, written);
+  applyExposure(s, view, written);
   const double defocusUm = std::fabs(view.zUm - kVirtualFocusZUm);
   const int radius = std::min(kMaxBlurTexels, static_cast<int>(defocusUm * kBlurTexelsPerUm));
   const int left = texelOf(view.xUm) - kViewWidth / 2;
   const int top = texelOf(view.yUm) + kViewHeight / 2;
   copyRegion(s, left, top, radius);
   blurRegion(s, radius);
-  addLaserSpot(s, view, radius);
-  writeBayer(s, brightnessPercent(view, imaging), raw);
+  scalePicture(s, brightnessPercent(view, imaging));
+  addLaserSpot(s, view, imaging);
+  writeBayer(s, raw);
 }

@@ -10,6 +10,8 @@
 // movement. It repeats every 2048 texels (about 2.45 mm). A larger stage y shows the
 // sample further up the picture, a larger x further right.
 // Focus: sharp at stage Z = kVirtualFocusZUm; the blur radius grows with |Z - focus|.
+// The resist darkens where it developed (sim/resist_model.h); the laser spot shows where the
+// laser falls, in its own light, with the lamp on or off.
 #pragma once
 
 #include <cstdint>

@@ -6,6 +6,7 @@
 
 #include "camera/camera_sdk.h"
 #include "sim/virtual_camera.h"
+#include "station/station.h"
 #include "station/system_services.h"
 
 struct SdkCamera {
@@ -64,7 +65,11 @@ void deliver(SdkGrabResult& result) {
   imaging.exposureUs = s.floats["ExposureTime"];
   imaging.automatic = s.enums["GainAuto"] != "Off" || s.enums["ExposureAuto"] != "Off";
   const uint64_t now = systemTickMs();
-  renderVirtualFrame(virtualStationView(now), virtualStationExposure(now), imaging, s.frame.data());
+  // The virtual laser falls where the program's laser shift says (its red spot mark).
+  StationView view = virtualStationView(now);
+  view.spotDisplayX = laser.laserShiftX;
+  view.spotDisplayYUp = laser.laserShiftY;
+  renderVirtualFrame(view, virtualStationExposure(now), imaging, s.frame.data());
 }
 
 }  // namespace

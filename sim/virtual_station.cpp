@@ -32,6 +32,6 @@ std::vector<ExposureSegment> virtualStationExposure(uint64_t nowMs) {
   std::vector<ExposureSegment> segments;
   segments.reserve(board.exposure.size());
   for (const BoardExposure& e : board.exposure)
-    segments.push_back({e.x0Um, e.y0Um, e.x1Um, e.y1Um, e.laserPwm});
+    segments.push_back({e.x0Um, e.y0Um, e.x1Um, e.y1Um, e.laserPwm, e.t0Ms, e.t1Ms, e.zUm});
   return segments;
 }

@@ -21,6 +21,7 @@ struct DataPaths {
   std::wstring maskFileName = L"mask.png";
   std::wstring alignmentMarkFileName = L"alignment_mark.png";
   std::wstring lineFileName;                    // the line file saved last, empty before the first
+  std::filesystem::path latestExposurePicture;  // saved after the latest run, empty before
   std::vector<std::vector<int32_t>> cellMarks;  // [cellsX][cellsY], zero-filled
   int runFolderCreated = 0;
 };

@@ -8,8 +8,9 @@
 #include <initializer_list>
 #include <string>
 
-// A move ramps, cruises and reports its end; a stop halts it where it is and reports once; a
-// zero moves the axis's origin, not the carriage the camera sees.
+// A move ramps, cruises and reports its end; a move replacing a running one brakes before it
+// turns; a stop halts it where it is and reports once; a zero moves the axis's origin, not
+// the carriage the camera sees.
 TEST(VirtualBoard, MovesRampAndReportTheirEndAStopHaltsOne) {
   VirtualBoard board;
   boardReset(board);
@@ -37,4 +38,11 @@ TEST(VirtualBoard, MovesRampAndReportTheirEndAStopHaltsOne) {
   send({"Z", "P"}, 20000);
   EXPECT_EQ(read(20000), "P0\r\n");
   EXPECT_DOUBLE_EQ(boardAxisUm(board, 1, 20000), stoppedAt / 1.6);
+  // Z from 320 down at 160 steps/s is at 248 after 0.5 s; sent up to 400 it brakes 0.1 s
+  // on to 240, then climbs 160 steps in 1.1 s.
+  send({"L0"}, 20000);
+  send({"L400"}, 20500);
+  EXPECT_EQ(boardAxisSteps(board, 2, 20600), 240);
+  EXPECT_EQ(read(21699), "");
+  EXPECT_EQ(read(21700), "Z\r\n");
 }

@@ -1,0 +1,13 @@
+// The exposure-picture seam on the virtual station: the board's log developed and saved.
+#include "jobs/exposure_record.h"
+#include "sim/exposure_picture.h"
+#include "station/system_services.h"
+
+bool recordExposurePicture(const std::filesystem::path& path, double cell0XUm, double cell0YUm,
+                           double cellUm) {
+  ExposureArea area;
+  area.cell0XUm = cell0XUm;
+  area.cell0YUm = cell0YUm;
+  area.cellUm = cellUm;
+  return saveExposurePicture(path.wstring(), area, systemTickMs());
+}
