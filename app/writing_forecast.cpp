@@ -57,8 +57,9 @@ std::string forecastMessage(int exitStatus, const std::string& output) {
   char head[80];
   std::snprintf(head, sizeof head, "Writing time: %lld min %lld s\n\n", rounded / 60, rounded % 60);
   std::string text = head;
-  for (const char* name : {"exposure strokes", "moves between strokes", "waits and pauses",
-                           "serial traffic", "laser on", "strokes", "commands", "bytes"}) {
+  for (const char* name :
+       {"exposure strokes", "moves between strokes", "waits and pauses", "serial traffic",
+        "laser on", "strokes", "commands", "bytes", "exposure picture"}) {
     text += std::string(name) + ": " + values[name] + "\n";
   }
   return text;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
+#include <fstream>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -23,7 +24,6 @@
 
 namespace {
 
-constexpr double kLineMsPerByte = 10.0 * 1000.0 / 9600.0;  // 8N1 at 9600 baud: 10 bits a byte
 constexpr int kLaserChannel = kBoardLaserChannel;
 
 LocalTime localTimeNow() {
@@ -60,23 +60,17 @@ uint64_t movingWithin(const VirtualBoard& board, uint64_t from, uint64_t to) {
 }
 
 // Attributes each advance of the clock: moving with the laser on or off, or standing
-// while the line carries the bytes written so far, or standing quiet.
+// while the line carries bytes either way, or standing quiet.
 class TimeAccount {
  public:
   explicit TimeAccount(Forecast& forecast) : f_(forecast) {}
 
   void advance(uint64_t from, uint64_t to) {
     const VirtualBoard& board = virtualSerialBoard();
-    const size_t written = virtualSerialWritten().size();
-    if (written > writtenSeen_) {
-      lineBusyUntil_ = std::max<double>(lineBusyUntil_, double(from)) +
-                       double(written - writtenSeen_) * kLineMsPerByte;
-      writtenSeen_ = written;
-    }
     const bool laserOn = boardPwm(board, kLaserChannel) > 0;
     const uint64_t moving = movingWithin(board, from, to);
     const uint64_t standing = to - from - moving;
-    const uint64_t busyEnd = static_cast<uint64_t>(std::ceil(lineBusyUntil_));
+    const auto busyEnd = static_cast<uint64_t>(std::ceil(virtualSerialLineBusyUntilMs()));
     const uint64_t serial =
         std::min(standing, busyEnd > from ? std::min(busyEnd, to) - from : uint64_t{0});
     (laserOn ? f_.strokeMs : f_.moveMs) += moving;
@@ -87,8 +81,6 @@ class TimeAccount {
 
  private:
   Forecast& f_;
-  size_t writtenSeen_ = virtualSerialWritten().size();
-  double lineBusyUntil_ = 0;
 };
 
 // The XY moves the board was told to make while the laser channel was up: each move of
@@ -104,6 +96,14 @@ int countStrokes(const std::vector<BoardCommandRecord>& commands, size_t first) 
       ++strokes;
   }
   return strokes;
+}
+
+// The board's commands of the run as telvane-board-sim logs them: the time in ms, the text.
+void writeBoardLog(const std::filesystem::path& path,
+                   const std::vector<BoardCommandRecord>& commands, size_t first) {
+  std::ofstream log(path);
+  for (size_t i = first; i < commands.size(); ++i)
+    log << commands[i].timeMs << ' ' << commands[i].text << '\n';
 }
 
 bool importMask(const std::filesystem::path& file, std::string& error) {
@@ -155,7 +155,7 @@ Forecast forecastWritingRun(const ForecastJob& job) {
 
   const VirtualBoard& board = virtualSerialBoard();
   const size_t firstCommand = board.commands.size();
-  const size_t writtenBefore = virtualSerialWritten().size();
+  const SerialTraffic before = virtualSerialTraffic();
   TimeAccount account(forecast);
   virtualClockObserve([&account](uint64_t from, uint64_t to) { account.advance(from, to); });
   const uint64_t startMs = virtualClockNow();
@@ -165,7 +165,10 @@ Forecast forecastWritingRun(const ForecastJob& job) {
 
   forecast.strokes = countStrokes(board.commands, firstCommand);
   forecast.commands = static_cast<int>(board.commands.size() - firstCommand);
-  forecast.bytes = virtualSerialWritten().size() - writtenBefore;
+  const SerialTraffic& after = virtualSerialTraffic();
+  forecast.bytes = after.bytesWritten + after.bytesRead - before.bytesWritten - before.bytesRead;
+  forecast.exposurePicture = dataPaths.latestExposurePicture;
+  writeBoardLog(job.outputFolder / "board.log", board.commands, firstCommand);
   shutDownDevices();
   return forecast;
 }
@@ -186,5 +189,6 @@ std::string forecastReport(const Forecast& f) {
                 "laser on: %.1f s\n",
                 s(f.totalMs), s(f.strokeMs), s(f.moveMs), s(f.waitMs), s(f.serialMs), f.strokes,
                 f.commands, static_cast<unsigned long long>(f.bytes), s(f.laserOnMs));
-  return text;
+  return text + ("exposure picture: " +
+                 (f.exposurePicture.empty() ? "none" : f.exposurePicture.string()) + "\n");
 }

@@ -13,7 +13,8 @@ struct ForecastJob {
   std::filesystem::path settingsFile;  // a Config.txt line; empty: the program's defaults
   std::filesystem::path maskFile;      // a BMP or PNG; empty: no mask imported
   std::filesystem::path lineFile;      // empty: no lines imported
-  std::filesystem::path outputFolder;  // the desktop of the run: Orvalin_Data lands there
+  // The desktop of the run: Orvalin_Data lands there, and board.log, the board's commands.
+  std::filesystem::path outputFolder;
 };
 
 struct Forecast {
@@ -25,9 +26,10 @@ struct Forecast {
   uint64_t waitMs = 0;    // the stage standing, the line quiet
   uint64_t serialMs = 0;  // the stage standing while bytes are on the line
   uint64_t laserOnMs = 0;
-  int strokes = 0;     // XY moves started with the laser on
-  int commands = 0;    // commands the board received
-  uint64_t bytes = 0;  // bytes on the line, both directions
+  int strokes = 0;                        // XY moves started with the laser on
+  int commands = 0;                       // commands the board received
+  uint64_t bytes = 0;                     // bytes on the line, both directions
+  std::filesystem::path exposurePicture;  // the developed resist, saved in the run folder
 };
 
 // Sets the station up from the job's files and runs the writing run on the virtual station.

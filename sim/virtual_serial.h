@@ -31,3 +31,6 @@ struct SerialTraffic {
   double readMs = 0;
 };
 const SerialTraffic& virtualSerialTraffic();
+// Until when either direction of the line carries bytes already written or sent back, ms
+// on the systemTickMs() time line.
+double virtualSerialLineBusyUntilMs();

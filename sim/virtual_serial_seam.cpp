@@ -127,6 +127,7 @@ void virtualSerialSetPresent(bool isPresent) { port.present = isPresent; }
 void virtualSerialFailLineSettings(bool fail) { port.failLineSettings = fail; }
 const SerialLineSettings& virtualSerialLineSettings() { return port.lineSettings; }
 const SerialTraffic& virtualSerialTraffic() { return port.traffic; }
+double virtualSerialLineBusyUntilMs() { return std::max(port.txFreeUs, port.rxFreeUs) / 1000.0; }
 
 SerialHandle serialOpen(int comPort) {
   if (!port.present || comPort < 1 || stationBoard().hungUp) {

@@ -62,7 +62,7 @@ class Forecasting : public LinkTest {
 // A mask with a rectangle and two lines: "Forecast Writing Time" hands the program's own
 // settings, picture and lines to the forecast, which takes to the millisecond the time the
 // same job takes through "Start Writing" on the virtual clock, and its four parts add up
-// to its total.
+// to its total. It saves the exposure picture and names it in its message.
 TEST_F(Forecasting, TheMainWindowsJobTakesTheForecastTime) {
   EXPECT_TRUE(prepareForecastArguments(desktop_ / "forecast").empty()) << "nothing to write";
   std::vector<uint32_t> pixels(200 * 200, 0xFFFFFFFF);
@@ -94,12 +94,15 @@ TEST_F(Forecasting, TheMainWindowsJobTakesTheForecastTime) {
     EXPECT_GT(part, 0u);
   EXPECT_NEAR(forecast.commands, runCommands, runCommands / 50);
   EXPECT_GT(forecast.strokes, 20);
+  EXPECT_TRUE(std::filesystem::is_regular_file(forecast.exposurePicture));
 
   const std::string message = forecastMessage(0, forecastReport(forecast));
   const uint64_t totalS = (forecast.totalMs + 500) / 1000;
   EXPECT_EQ(message.substr(0, message.find('\n')), "Writing time: " + std::to_string(totalS / 60) +
                                                        " min " + std::to_string(totalS % 60) +
                                                        " s");
+  EXPECT_NE(message.find("exposure picture: " + forecast.exposurePicture.string()),
+            std::string::npos);
   EXPECT_EQ(forecastMessage(2, "error: cannot read the mask picture x.png\n"),
             "The forecast could not be made.\ncannot read the mask picture x.png");
 }
