@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "jobs/raster_writing.h"
-#include "sim/png_file.h"
 #include "sim/resist_model.h"
+#include "station/png_file.h"
 
 bool DevelopedArea::cellDark(int column, int row) const {
   const int k = kExposurePixelsPerCell;

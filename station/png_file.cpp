@@ -1,5 +1,5 @@
 // PNG files: see png_file.h.
-#include "sim/png_file.h"
+#include "station/png_file.h"
 
 #include <algorithm>
 #include <array>
