@@ -10,8 +10,7 @@
 #include "station/feedback.h"
 #include "station/text_format.h"
 
-namespace {
-}  // namespace
+namespace {}  // namespace
 
 int importLines(const std::filesystem::path& path) {
   deleteAllLines();

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "station/station.h"
 #include "camera/heap_blocks.h"
 #include "pattern/line_pattern.h"
+#include "station/station.h"
 
 namespace {
 

@@ -278,7 +278,6 @@ bool fileDialogAskOpen(std::wstring& path) {
   return true;
 }
 
-
 bool renderPictureFile(const std::wstring& path, int width, int height, uint8_t* pixels) {
   const size_t bytes = static_cast<size_t>(width) * static_cast<size_t>(height) * 4;
   std::fill(pixels, pixels + bytes, uint8_t{0xFF});
