@@ -8,7 +8,9 @@ endfunction()
 
 file(GLOB TELVANE_BOARD_SIM_MAIN CONFIGURE_DEPENDS sim/board_sim_main.cpp)
 if(TELVANE_BOARD_SIM_MAIN)
-  add_executable(telvane-board-sim ${TELVANE_BOARD_SIM_MAIN} $<TARGET_OBJECTS:telvane_sim_model>)
+  # The board model and the picture files its exposure picture is written with.
+  add_executable(telvane-board-sim ${TELVANE_BOARD_SIM_MAIN} $<TARGET_OBJECTS:telvane_sim_model>
+    station/png_file.cpp)
   telvane_publish(telvane-board-sim)
 endif()
 
