@@ -1,5 +1,6 @@
 #include "fuzz/fuzz_support.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -8,6 +9,7 @@
 
 #include "jobs/writing_condition.h"
 #include "link/serial_link.h"
+#include "pattern/layout_import.h"
 #include "pattern/line_pattern.h"
 #include "sim/recorded_display.h"
 #include "sim/recorded_feedback.h"
@@ -65,4 +67,26 @@ std::filesystem::path writeInputFile(const char* name, const uint8_t* data, size
 void clearRunFolder() {
   std::error_code ignored;
   if (dataPaths.runFolderCreated) std::filesystem::remove_all(dataPaths.runFolder, ignored);
+}
+
+void setFuzzLayoutBudgets(LayoutShapes& shapes) {
+  shapes.pointBudget = 1'000'000;
+  shapes.placementBudget = 1'000'000;
+}
+
+void rasterizeFuzzLayout(const LayoutShapes& shapes, uint8_t first, bool& written) {
+  double low = 0, high = 0;
+  bool any = false;
+  for (const LayoutPolygon& polygon : shapes.polygons) {
+    for (const LayoutPoint& p : polygon) {
+      low = any ? std::min({low, p.x, p.y}) : std::min(p.x, p.y);
+      high = any ? std::max({high, p.x, p.y}) : std::max(p.x, p.y);
+      any = true;
+    }
+  }
+  const double cellUm = std::max(1.0 + first % 10, (high - low) / 2000);
+  LayoutRaster raster;
+  std::string message;
+  if (rasterizeLayout(shapes.polygons, cellUm, (first & 0x80) != 0, raster, message) && !written)
+    written = writeWritingAreaPicture(raster, writeInputFile("layout.bmp", nullptr, 0));
 }
