@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "jobs/raster_writing.h"
+#include "sim/picture_file.h"
 #include "sim/resist_model.h"
 #include "station/png_file.h"
 
@@ -50,13 +51,16 @@ bool saveExposurePicture(const std::wstring& path, const ExposureArea& area, uin
 }
 
 bool loadExposurePicture(const std::filesystem::path& path, DevelopedArea& developed) {
-  PngPicture picture;
-  if (!readPng(path, picture) || picture.channels != 1 || picture.width != picture.height)
-    return false;
+  RecordedPicture picture;  // rows bottom-up, blue, green, red, alpha
+  if (!readPictureFile(path, picture) || picture.width != picture.height) return false;
   developed.side = picture.width;
-  developed.dark.resize(picture.pixels.size());
-  std::transform(picture.pixels.begin(), picture.pixels.end(), developed.dark.begin(),
-                 [](uint8_t grey) { return grey < 128 ? 1 : 0; });
+  developed.dark.resize(static_cast<size_t>(picture.width) * picture.height);
+  for (int y = 0; y < picture.height; ++y) {
+    const uint8_t* row =
+        &picture.pixels[static_cast<size_t>(picture.height - 1 - y) * picture.width * 4];
+    for (int x = 0; x < picture.width; ++x)
+      developed.dark[static_cast<size_t>(y) * picture.width + x] = row[x * 4] < 128 ? 1 : 0;
+  }
   return true;
 }
 

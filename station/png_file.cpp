@@ -5,7 +5,6 @@
 #include <array>
 #include <fstream>
 #include <iterator>
-#include <string>
 
 namespace {
 
@@ -14,10 +13,6 @@ constexpr size_t kStoredBlockMax = 65535;
 
 void putBig32(std::vector<uint8_t>& out, uint32_t v) {
   for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<uint8_t>(v >> shift));
-}
-
-uint32_t big32(const uint8_t* p) {
-  return uint32_t(p[0]) << 24 | uint32_t(p[1]) << 16 | uint32_t(p[2]) << 8 | p[3];
 }
 
 uint32_t adler32(const std::vector<uint8_t>& data) {
@@ -95,59 +90,4 @@ bool writePng(const std::filesystem::path& path, const PngPicture& picture) {
   std::ofstream out(path, std::ios::binary);
   out.write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
   return static_cast<bool>(out);
-}
-
-bool readPng(const std::filesystem::path& path, PngPicture& picture) {
-  std::ifstream in(path, std::ios::binary);
-  const std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)),
-                                  std::istreambuf_iterator<char>());
-  if (file.size() < 8 || !std::equal(std::begin(kSignature), std::end(kSignature), file.begin()))
-    return false;
-  std::vector<uint8_t> zlib;
-  int bitDepth = 0, colourType = -1;
-  for (size_t at = 8; at + 12 <= file.size();) {
-    const uint32_t length = big32(&file[at]);
-    if (length > file.size() - at - 12) return false;
-    const uint8_t* type = &file[at + 4];
-    const uint8_t* data = type + 4;
-    if (pngCrc32(type, length + 4) != big32(data + length)) return false;
-    const std::string name(type, type + 4);
-    if (name == "IHDR" && length >= 13) {
-      picture.width = static_cast<int>(big32(data));
-      picture.height = static_cast<int>(big32(data + 4));
-      bitDepth = data[8];
-      colourType = data[9];
-    } else if (name == "IDAT") {
-      zlib.insert(zlib.end(), data, data + length);
-    }
-    at += 12 + length;
-  }
-  if (bitDepth != 8 || (colourType != 0 && colourType != 2) || zlib.size() < 6 ||
-      picture.width <= 0 || picture.height <= 0 || picture.width > 1 << 15 ||
-      picture.height > 1 << 15)
-    return false;
-  picture.channels = colourType == 2 ? 3 : 1;
-  std::vector<uint8_t> raw;
-  size_t at = 2;
-  for (bool last = false; !last;) {
-    if (at + 5 > zlib.size() || (zlib[at] & 6) != 0) return false;  // stored blocks only
-    last = zlib[at] & 1;
-    const size_t count = zlib[at + 1] | size_t(zlib[at + 2]) << 8;
-    at += 5;
-    if (at + count > zlib.size()) return false;
-    raw.insert(raw.end(), zlib.begin() + static_cast<std::ptrdiff_t>(at),
-               zlib.begin() + static_cast<std::ptrdiff_t>(at + count));
-    at += count;
-  }
-  if (at + 4 > zlib.size() || big32(&zlib[at]) != adler32(raw)) return false;
-  const size_t rowBytes = static_cast<size_t>(picture.width) * picture.channels;
-  if (raw.size() != (rowBytes + 1) * picture.height) return false;
-  picture.pixels.clear();
-  for (int y = 0; y < picture.height; ++y) {
-    const size_t row = (rowBytes + 1) * y;
-    if (raw[row] != 0) return false;  // unfiltered rows only
-    picture.pixels.insert(picture.pixels.end(), raw.begin() + static_cast<std::ptrdiff_t>(row + 1),
-                          raw.begin() + static_cast<std::ptrdiff_t>(row + 1 + rowBytes));
-  }
-  return true;
 }

@@ -1,8 +1,6 @@
-// A small PNG writer and reader of its own output, with no library: 8-bit grey or RGB,
-// every row unfiltered, the zlib stream made of stored (uncompressed) deflate blocks,
-// checked by CRC-32 per chunk and Adler-32 over the data. The reader takes back exactly
-// what the writer makes (and other 8-bit unfiltered PNGs in stored blocks); anything
-// else it refuses.
+// A small PNG writer with no library: 8-bit grey or RGB, every row unfiltered, the zlib
+// stream made of stored (uncompressed) deflate blocks, with CRC-32 per chunk and Adler-32
+// over the data.
 #pragma once
 
 #include <cstdint>
@@ -18,4 +16,3 @@ struct PngPicture {
 
 uint32_t pngCrc32(const uint8_t* bytes, size_t count, uint32_t crc = 0);
 bool writePng(const std::filesystem::path& path, const PngPicture& picture);
-bool readPng(const std::filesystem::path& path, PngPicture& picture);

@@ -1,7 +1,7 @@
 #include "app/sample_job.h"
 
 #include "pattern/line_file.h"
-#include "station/png_file.h"
+#include "sim/picture_file.h"
 #include "station_fixture.h"
 
 namespace {
@@ -17,10 +17,12 @@ TEST_F(SampleJob, LandsInTheDataFolderAndKeepsTheOperatorsCopy) {
   placeSampleJob(folder);
   EXPECT_EQ(readFile(folder / kSampleLinesName), "0,0,10,0,3\n");
 
-  PngPicture mask;
-  ASSERT_TRUE(readPng(folder / kSampleMaskName, mask));
-  ASSERT_EQ(mask.pixels.size(), 1000u * 1000u);
-  auto dark = [&](int x, int y) { return mask.pixels[size_t(y) * 1000 + size_t(x)] < 128; };
+  RecordedPicture mask;  // rows bottom-up, four bytes a pixel
+  ASSERT_TRUE(readPictureFile(folder / kSampleMaskName, mask));
+  ASSERT_EQ(mask.width * mask.height, 1000 * 1000);
+  auto dark = [&](int x, int y) {
+    return mask.pixels[(size_t(999 - y) * 1000 + size_t(x)) * 4] < 128;
+  };
   EXPECT_TRUE(dark(500, 500) && dark(250, 250) && dark(750, 800));  // centre, disc, triangle
   EXPECT_FALSE(dark(5, 5) || dark(995, 995) || dark(500, 300) || dark(500 - 225, 500 + 200));
   EXPECT_FALSE(dark(570, 500) || dark(500, 464) || dark(690, 730));  // the rectangle's edges
