@@ -59,7 +59,7 @@ std::string forecastMessage(int exitStatus, const std::string& output) {
   std::string text = head;
   for (const char* name :
        {"exposure strokes", "moves between strokes", "waits and pauses", "serial traffic",
-        "laser on", "strokes", "commands", "bytes", "exposure picture"}) {
+        "laser on", "strokes", "commands", "bytes", "timer", "drawing", "exposure picture"}) {
     text += std::string(name) + ": " + values[name] + "\n";
   }
   return text;

@@ -4,8 +4,10 @@
 
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "app/writing_forecast.h"
+#include "camera/display_surface_win32.h"
 #include "station/feedback.h"
 #include "station/responsive_wait.h"
 
@@ -51,6 +53,18 @@ bool runCaptured(std::wstring commandLine, std::string& output, DWORD& exitStatu
   return true;
 }
 
+// How this PC gives the program its time: the forecast runs the program on the same
+// timer and charges the same cost for each cell the engines mark on the display. Under
+// Wine the tick count moves only with calls into the Wine server, and every pixel marked
+// invalidates the display window, a server call too.
+std::vector<std::wstring> hostArguments() {
+  const bool wine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+  const DrawingCost cost = measureDrawingCost(SurfaceWindow::Main);
+  return {L"--host",         wine ? L"wine" : L"windows",
+          L"--window-dc-us", std::to_wstring(cost.windowCanvasUs),
+          L"--pixel-us",     std::to_wstring(cost.pixelUs)};
+}
+
 }  // namespace
 
 void onForecastWritingCommand() {
@@ -62,12 +76,14 @@ void onForecastWritingCommand() {
   }
   wchar_t temporary[MAX_PATH + 1];
   GetTempPathW(MAX_PATH + 1, temporary);
-  const std::vector<std::wstring> arguments =
+  std::vector<std::wstring> arguments =
       prepareForecastArguments(std::filesystem::path(temporary) / L"telvane-forecast");
   if (arguments.empty()) {
     feedbackMessageBox(kNothingToForecast, kForecastTitle, MessageKind::Ok);
     return;
   }
+  const std::vector<std::wstring> host = hostArguments();
+  arguments.insert(arguments.end() - 1, host.begin(), host.end());  // before the folder
   HCURSOR previous = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
   std::string output;
   DWORD exitStatus = 1;

@@ -21,6 +21,11 @@ struct Canvas {
   bool direct = false;
   HWND hwnd = nullptr;
   HDC windowDc = nullptr;  // direct canvases draw here
+  // Where a direct canvas's drawing lands in the back buffer, and the display window to
+  // repaint: found once for the canvas, as the writing engines draw pixel by pixel and
+  // finding the windows is a search through the thread's windows.
+  POINT backOffset{0, 0};
+  HWND display = nullptr;
   HBITMAP bitmap = nullptr;
   HDC memory = nullptr;
   HGDIOBJ previous = nullptr;
@@ -48,16 +53,28 @@ BOOL CALLBACK findMain(HWND hwnd, LPARAM context) {
 }
 
 // The main window is the top-level window of this thread that holds the display window.
-HWND mainWindow() {
+// The two are kept while the display is still the main window's child: the writing
+// engines draw cell by cell, and the search goes through every window of the thread.
+struct ShellWindows {
+  HWND main = nullptr;
+  HWND display = nullptr;
+};
+
+const ShellWindows& shellWindows() {
+  static ShellWindows found;
+  if (found.display != nullptr && IsWindow(found.display) && IsWindow(found.main) &&
+      GetParent(found.display) == found.main)
+    return found;
   MainSearch search;
   EnumThreadWindows(GetCurrentThreadId(), findMain, reinterpret_cast<LPARAM>(&search));
-  return search.found;
+  found.main = search.found;
+  found.display =
+      found.main != nullptr ? FindWindowExW(found.main, nullptr, kDisplayClass, nullptr) : nullptr;
+  return found;
 }
 
-HWND displayWindow() {
-  HWND main = mainWindow();
-  return main != nullptr ? FindWindowExW(main, nullptr, kDisplayClass, nullptr) : nullptr;
-}
+HWND mainWindow() { return shellWindows().main; }
+HWND displayWindow() { return shellWindows().display; }
 
 HWND windowOf(SurfaceWindow window) {
   return window == SurfaceWindow::Main ? mainWindow() : displayWindow();
@@ -114,13 +131,11 @@ void drawOn(Canvas* canvas, Draw draw) {
   if (canvas->windowDc != nullptr) draw(canvas->windowDc);
   HDC back = backBuffer();
   if (back == nullptr) return;
-  const POINT offset = backOffset(canvas->window);
   POINT old;
-  SetViewportOrgEx(back, offset.x, offset.y, &old);
+  SetViewportOrgEx(back, canvas->backOffset.x, canvas->backOffset.y, &old);
   draw(back);
   SetViewportOrgEx(back, old.x, old.y, nullptr);
-  HWND display = displayWindow();
-  if (display != nullptr) InvalidateRect(display, nullptr, FALSE);
+  if (canvas->display != nullptr) InvalidateRect(canvas->display, nullptr, FALSE);
 }
 
 }  // namespace
@@ -169,6 +184,8 @@ Canvas* canvasOnWindow(SurfaceWindow window) {
   Canvas* canvas = canvasNew(window);
   canvas->direct = true;
   if (canvas->hwnd != nullptr) canvas->windowDc = GetDC(canvas->hwnd);
+  canvas->backOffset = backOffset(window);
+  canvas->display = displayWindow();
   return canvas;
 }
 
@@ -349,4 +366,64 @@ void canvasFree(Canvas* canvas) {
   canvasDeleteBitmap(canvas);
   if (canvas->windowDc != nullptr) ReleaseDC(canvas->hwnd, canvas->windowDc);
   delete canvas;
+}
+
+namespace {
+
+// Marks a stroke of cells along the display's top rows as the writing engines mark written
+// cells (a canvas on the window a cell, factor x factor pixels), each pixel in the colour
+// the back buffer already holds there; microseconds a cell.
+double strokeCellUs(SurfaceWindow window, HDC back, int factor, int cells) {
+  const POINT offset = backOffset(window);
+  std::vector<Rgb> colours;
+  for (int y = 0; y < factor; ++y) {
+    for (int x = 0; x < factor * cells; ++x) {
+      const COLORREF shown = GetPixel(back, x, y);
+      colours.push_back({GetRValue(shown), GetGValue(shown), GetBValue(shown)});
+    }
+  }
+  LARGE_INTEGER frequency, start, end;
+  QueryPerformanceFrequency(&frequency);
+  QueryPerformanceCounter(&start);
+  for (int cell = 0; cell < cells; ++cell) {
+    Canvas* canvas = canvasOnWindow(window);
+    for (int b = 0; b < factor; ++b) {
+      for (int a = 0; a < factor; ++a) {
+        const int x = cell * factor + a;
+        canvasSetPixel(canvas, x - offset.x, b - offset.y,
+                       colours[static_cast<size_t>(b) * factor * cells + x]);
+      }
+    }
+    canvasFree(canvas);
+  }
+  QueryPerformanceCounter(&end);
+  return double(end.QuadPart - start.QuadPart) * 1e6 / double(frequency.QuadPart) / cells;
+}
+
+}  // namespace
+
+DrawingCost measureDrawingCost(SurfaceWindow window) {
+  DrawingCost cost;
+  HDC back = backBuffer();
+  if (back == nullptr || windowOf(window) == nullptr) return cost;
+  // The middle of a few tries, so that a busy moment of the machine does not set the
+  // forecast: canvases alone, then coarse strokes (25 pixels a cell), whose cells less
+  // their canvases give the pixels.
+  constexpr int kTries = 5, kCanvases = 20;
+  double canvasUs[kTries], cellUs[kTries];
+  LARGE_INTEGER frequency, start, end;
+  QueryPerformanceFrequency(&frequency);
+  for (int i = 0; i < kTries; ++i) {
+    QueryPerformanceCounter(&start);
+    for (int c = 0; c < kCanvases; ++c) canvasFree(canvasOnWindow(window));
+    QueryPerformanceCounter(&end);
+    canvasUs[i] =
+        double(end.QuadPart - start.QuadPart) * 1e6 / double(frequency.QuadPart) / kCanvases;
+    cellUs[i] = strokeCellUs(window, back, 5, 40);
+  }
+  std::sort(canvasUs, canvasUs + kTries);
+  std::sort(cellUs, cellUs + kTries);
+  cost.windowCanvasUs = canvasUs[kTries / 2];
+  cost.pixelUs = std::max(0.0, (cellUs[kTries / 2] - cost.windowCanvasUs) / 25.0);
+  return cost;
 }

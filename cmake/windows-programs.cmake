@@ -54,7 +54,7 @@ add_executable(telvane-sim WIN32 app/main_win32.cpp resources/telvane.rc
   $<TARGET_OBJECTS:telvane_core> $<TARGET_OBJECTS:telvane_shell>
   $<TARGET_OBJECTS:telvane_win32_seams> $<TARGET_OBJECTS:telvane_sim_model>
   sim/virtual_serial_seam.cpp sim/virtual_camera_seam.cpp sim/first_job_seam.cpp
-  sim/exposure_record_seam.cpp)
+  sim/exposure_record_seam.cpp sim/station_clock_seam.cpp)
 target_link_libraries(telvane-sim PRIVATE ${TELVANE_WIN32_LIBS})
 telvane_gui_entry(telvane-sim)
 telvane_publish(telvane-sim)

@@ -123,6 +123,9 @@ bool importMask(const std::filesystem::path& file, std::string& error) {
 
 Forecast forecastWritingRun(const ForecastJob& job) {
   Forecast forecast;
+  forecast.host = job.host;
+  forecast.windowDcUs = job.windowDcUs;
+  forecast.pixelUs = job.pixelUs;
   // The board at rest and the port closed, as when the program starts: nothing in
   // telvane-forecast, but another run in the same process starts afresh too.
   if (serialLink.failed == 0) CloseSerialLink(serialLink);
@@ -159,7 +162,15 @@ Forecast forecastWritingRun(const ForecastJob& job) {
   TimeAccount account(forecast);
   virtualClockObserve([&account](uint64_t from, uint64_t to) { account.advance(from, to); });
   const uint64_t startMs = virtualClockNow();
+  virtualClockSetHostTimer(job.host);
+  // The station's board is on a USB serial port; under Wine the port is a terminal. On
+  // both a write returns before its bytes are on the line.
+  virtualSerialSetWritesBuffered(job.host != HostTimer::Exact);
+  recordedDisplaySetDrawingCost(job.windowDcUs, job.pixelUs);
   dispatchCommand(IDC_START_WRITING);
+  recordedDisplaySetDrawingCost(0, 0);
+  virtualSerialSetWritesBuffered(false);
+  virtualClockSetHostTimer(HostTimer::Exact);
   forecast.totalMs = virtualClockNow() - startMs;
   virtualClockObserve(nullptr);
 
@@ -189,6 +200,14 @@ std::string forecastReport(const Forecast& f) {
                 "laser on: %.1f s\n",
                 s(f.totalMs), s(f.strokeMs), s(f.moveMs), s(f.waitMs), s(f.serialMs), f.strokes,
                 f.commands, static_cast<unsigned long long>(f.bytes), s(f.laserOnMs));
-  return text + ("exposure picture: " +
-                 (f.exposurePicture.empty() ? "none" : f.exposurePicture.string()) + "\n");
+  const char* host = f.host == HostTimer::WineServerTick ? "Wine"
+                     : f.host == HostTimer::WindowsTick  ? "Windows"
+                                                         : "exact";
+  char pc[160];
+  std::snprintf(pc, sizeof pc, "timer: %s\ndrawing: %.0f us a window canvas, %.0f us a pixel\n",
+                host, f.windowDcUs, f.pixelUs);
+  return text +
+         ("exposure picture: " + (f.exposurePicture.empty() ? "none" : f.exposurePicture.string()) +
+          "\n") +
+         pc;
 }

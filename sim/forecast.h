@@ -9,12 +9,21 @@
 #include <filesystem>
 #include <string>
 
+#include "sim/virtual_clock.h"
+
 struct ForecastJob {
   std::filesystem::path settingsFile;  // a Config.txt line; empty: the program's defaults
   std::filesystem::path maskFile;      // a BMP or PNG; empty: no mask imported
   std::filesystem::path lineFile;      // empty: no lines imported
   // The desktop of the run: Orvalin_Data lands there, and board.log, the board's commands.
   std::filesystem::path outputFolder;
+  // How the program's host gives it the tick count and its sleeps during the run; the
+  // station keeps exact time whatever it is. The station's PC runs Windows.
+  HostTimer host = HostTimer::WindowsTick;
+  // What drawing on the display window costs on the operator's PC, microseconds: the
+  // engines mark every written cell there. Zero: free, as on a fast Windows PC.
+  double windowDcUs = 0;
+  double pixelUs = 0;
 };
 
 struct Forecast {
@@ -30,6 +39,10 @@ struct Forecast {
   int commands = 0;                       // commands the board received
   uint64_t bytes = 0;                     // bytes on the line, both directions
   std::filesystem::path exposurePicture;  // the developed resist, saved in the run folder
+  // The PC it was made for, as the job gave it.
+  HostTimer host = HostTimer::WindowsTick;
+  double windowDcUs = 0;
+  double pixelUs = 0;
 };
 
 // Sets the station up from the job's files and runs the writing run on the virtual station.

@@ -18,6 +18,11 @@ void recordedDisplayFail(const std::string& step, int count);
 // The file the next file-open question returns; none queued: the operator cancels.
 void recordedQueueFileChoice(const std::wstring& path);
 
+// What drawing straight onto a window costs the program on its host, in microseconds: a
+// device context taken and given back, and one pixel set. Zero after a reset; the
+// forecast sets what the operator's PC measured, and the virtual clock advances by it.
+void recordedDisplaySetDrawingCost(double windowDcUs, double pixelUs);
+
 // A picture file as the picture seam reads it: width x height pixels, rows bottom-up,
 // 4 bytes each (blue, green, red, alpha; alpha 0 is transparent).
 struct RecordedPicture {

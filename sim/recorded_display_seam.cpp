@@ -17,6 +17,7 @@
 #include "pattern/picture_render.h"
 #include "sim/picture_file.h"
 #include "sim/recorded_display.h"
+#include "sim/virtual_clock.h"
 
 struct Canvas {
   SurfaceWindow window;
@@ -108,7 +109,25 @@ void copyToWindow(Canvas* canvas, int x, int y, int left, int top) {
   if (from != nullptr) put(screenPixel(canvas->window, left, top), colourAt(from), 1);
 }
 
+// Drawing on a window takes the program's time; whole milliseconds of it pass on the clock.
+double windowDcCostUs = 0;
+double pixelCostUs = 0;
+double drawingOwedUs = 0;
+void spendDrawingTime(double us) {
+  drawingOwedUs += us;
+  if (drawingOwedUs < 1000.0) return;
+  const auto wholeMs = static_cast<uint64_t>(drawingOwedUs / 1000.0);
+  drawingOwedUs -= double(wholeMs) * 1000.0;
+  virtualClockAdvance(wholeMs);
+}
+
 }  // namespace
+
+void recordedDisplaySetDrawingCost(double windowDcUs, double pixelUs) {
+  windowDcCostUs = windowDcUs;
+  pixelCostUs = pixelUs;
+  drawingOwedUs = 0;
+}
 
 void recordedDisplayReset() {
   calls.clear();
@@ -116,6 +135,7 @@ void recordedDisplayReset() {
   fileChoices.clear();
   pictureFiles.clear();
   screen.clear();
+  recordedDisplaySetDrawingCost(0, 0);
 }
 
 const std::vector<std::string>& recordedDisplayCalls() { return calls; }
@@ -150,6 +170,7 @@ Canvas* canvasOnWindow(SurfaceWindow window) {
   calls.push_back(std::string("on window ") + windowName(window));
   Canvas* canvas = canvasNew(window);
   canvas->direct = true;
+  spendDrawingTime(windowDcCostUs);
   return canvas;
 }
 
@@ -209,7 +230,10 @@ void canvasText(Canvas*, int x, int y, const std::string& text, const Rgb* colou
                   (colour != nullptr ? hex(*colour) : std::string("plain")) + " " + text);
 }
 
-void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour) { draw(canvas, x, y, colour); }
+void canvasSetPixel(Canvas* canvas, int x, int y, Rgb colour) {
+  if (canvas->direct) spendDrawingTime(pixelCostUs);
+  draw(canvas, x, y, colour);
+}
 
 void canvasLine(Canvas* canvas, IntPoint from, IntPoint to, int penWidth, Rgb colour) {
   calls.push_back(std::string("line ") + windowName(canvas->window) + " " + pointText(from) + "-" +

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "sim/recorded_feedback.h"
-#include "station/system_services.h"
+#include "sim/virtual_clock.h"
 
 namespace {
 
@@ -152,7 +152,8 @@ Answer feedbackMessageBox(const std::string& text, const std::string& title, Mes
 }
 
 bool feedbackTakeMessage(QueuedMessage& message) {
-  if (clicks.empty() || clicks.front().atMs > systemTickMs()) return false;
+  virtualClockSystemCalled();  // a look at the message queue is a call into the system
+  if (clicks.empty() || clicks.front().atMs > virtualClockNow()) return false;
   message = {clicks.front().kind, clicks.front().target};
   takenAction = clicks.front().action;
   calls.push_back(message.kind == QueuedKind::Quit

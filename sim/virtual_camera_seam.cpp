@@ -5,9 +5,9 @@
 #include <map>
 
 #include "camera/camera_sdk.h"
+#include "sim/station_clock.h"
 #include "sim/virtual_camera.h"
 #include "station/station.h"
-#include "station/system_services.h"
 
 struct SdkCamera {
   size_t remainingResults = 0;  // grabbing while non-zero
@@ -67,7 +67,7 @@ void deliver(SdkGrabResult& result) {
   imaging.gain = s.floats["Gain"];
   imaging.exposureUs = s.floats["ExposureTime"];
   imaging.automatic = s.enums["GainAuto"] != "Off" || s.enums["ExposureAuto"] != "Off";
-  const uint64_t now = systemTickMs();
+  const uint64_t now = stationClockNowMs();
   // The virtual laser falls where the program's laser shift says (its red spot mark).
   StationView view = virtualStationView(now);
   view.spotDisplayX = laser.laserShiftX;

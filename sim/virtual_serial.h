@@ -21,6 +21,10 @@ void virtualSerialSetPresent(bool present);
 const SerialLineSettings& virtualSerialLineSettings();
 // Makes the driver's line-settings read fail (the first read of an open).
 void virtualSerialFailLineSettings(bool fail);
+// Whether a write returns at once, its bytes going out at the line's pace while the
+// program goes on (the board's USB serial port, or a terminal under Wine), instead of when
+// its last byte has left the UART. Off after a reset.
+void virtualSerialSetWritesBuffered(bool buffered);
 
 // The bytes that crossed the line since the reset and the time they took on it at the line
 // settings in force (writeMs + readMs is the line time of the whole exchange).
@@ -32,5 +36,5 @@ struct SerialTraffic {
 };
 const SerialTraffic& virtualSerialTraffic();
 // Until when either direction of the line carries bytes already written or sent back, ms
-// on the systemTickMs() time line.
+// on the station's time line (sim/station_clock.h).
 double virtualSerialLineBusyUntilMs();

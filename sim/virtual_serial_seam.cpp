@@ -1,10 +1,11 @@
-// The serial-port seam in front of the virtual board, on systemTickMs() time (the virtual
+// The serial-port seam in front of the virtual board, on the station's time line (the virtual
 // clock in tests, real time in telvane-sim.exe). It behaves as a Windows COM port does:
 //
 // - Every byte takes its frame (start bit, data bits, parity, stop bits) at the baud rate
 //   the program set: about 1.04 ms at 9600 8N1. A write returns once its last byte has left
 //   the UART (in the millisecond it leaves; the line stays busy to the microsecond, so
-//   back-to-back writes lose no time), and the board acts on a command when its NUL has
+//   back-to-back writes lose no time), or at once when writes are buffered, as a USB serial
+//   port or a terminal under Wine has them; the board acts on a command when its NUL has
 //   arrived. The board's replies come back byte by byte at the same rate.
 // - A read honours COMMTIMEOUTS: the total time-out (multiplier x bytes asked + constant),
 //   the interval between two bytes (counted from the read's start for bytes already
@@ -23,9 +24,9 @@
 #include <limits>
 
 #include "link/serial_port.h"
+#include "sim/station_clock.h"
 #include "sim/virtual_serial.h"
 #include "sim/virtual_station.h"
-#include "station/system_services.h"
 
 namespace {
 
@@ -42,7 +43,7 @@ constexpr SerialLineSettings kFreshDriver = {1200, 7, 2, 0};  // 1200 7E1
 
 struct InboundByte {
   char byte;
-  double arrivesUs;  // on the systemTickMs() time line, in microseconds
+  double arrivesUs;  // on the stationClockNowMs() time line, in microseconds
 };
 
 struct Port {
@@ -54,6 +55,7 @@ struct Port {
   SerialTimeouts timeouts;
   std::string written;
   SerialTraffic traffic;
+  bool writesBuffered = false;
   double txFreeUs = 0;  // when the line to the board is free again
   double rxFreeUs = 0;  // when the line back from the board is free again
   std::deque<InboundByte> inbound;
@@ -125,6 +127,7 @@ const std::string& virtualSerialWritten() { return port.written; }
 void virtualSerialClearWritten() { port.written.clear(); }
 void virtualSerialSetPresent(bool isPresent) { port.present = isPresent; }
 void virtualSerialFailLineSettings(bool fail) { port.failLineSettings = fail; }
+void virtualSerialSetWritesBuffered(bool buffered) { port.writesBuffered = buffered; }
 const SerialLineSettings& virtualSerialLineSettings() { return port.lineSettings; }
 const SerialTraffic& virtualSerialTraffic() { return port.traffic; }
 double virtualSerialLineBusyUntilMs() { return std::max(port.txFreeUs, port.rxFreeUs) / 1000.0; }
@@ -186,7 +189,7 @@ bool serialRead(SerialHandle handle, char* buffer, uint32_t maxBytes, uint32_t& 
   const bool firstByteEnds = t.readIntervalMs == kMaxDword &&
                              t.readTotalMultiplierMs == kMaxDword && t.readTotalConstantMs > 0 &&
                              t.readTotalConstantMs < kMaxDword;
-  const uint64_t startMs = systemTickMs();
+  const uint64_t startMs = stationClockNowMs();
   uint64_t deadline = kNever;
   if (firstByteEnds)
     deadline = startMs + t.readTotalConstantMs;
@@ -196,7 +199,7 @@ bool serialRead(SerialHandle handle, char* buffer, uint32_t maxBytes, uint32_t& 
   double lastByteUs = double(startMs) * 1000.0;  // the interval counts from here
 
   for (;;) {
-    const uint64_t now = systemTickMs();
+    const uint64_t now = stationClockNowMs();
     advanceBoard(now);
     while (bytesRead < maxBytes && !port.inbound.empty() &&
            port.inbound.front().arrivesUs <= double(now) * 1000.0) {
@@ -214,7 +217,7 @@ bool serialRead(SerialHandle handle, char* buffer, uint32_t maxBytes, uint32_t& 
     uint64_t wake = std::min({deadline, intervalEnds, boardNextEventMs(stationBoard())});
     if (!port.inbound.empty()) wake = std::min(wake, ceilMs(port.inbound.front().arrivesUs));
     if (wake == kNever) endlessRead();
-    systemSleepMs(static_cast<uint32_t>(std::max<uint64_t>(wake, now + 1) - now));
+    stationClockSleepMs(static_cast<uint32_t>(std::max<uint64_t>(wake, now + 1) - now));
   }
   port.traffic.bytesRead += bytesRead;
   port.traffic.readMs += bytesRead * byteUs() / 1000.0;
@@ -226,7 +229,7 @@ bool serialWrite(SerialHandle handle, const char* data, uint32_t count, uint32_t
   if (!usable(handle) || vanished(kAccessDenied)) return false;
   VirtualBoard& board = stationBoard();
   const double frameUs = byteUs();
-  const uint64_t now = systemTickMs();
+  const uint64_t now = stationClockNowMs();
   const double startUs = std::max(double(now) * 1000.0, port.txFreeUs);
   // The board takes each command when its NUL has arrived, and the tail of the write with it.
   uint32_t from = 0;
@@ -243,9 +246,12 @@ bool serialWrite(SerialHandle handle, const char* data, uint32_t count, uint32_t
   port.traffic.bytesWritten += count;
   port.traffic.writeMs += count * frameUs / 1000.0;
   bytesWritten = count;
-  // Synchronous: back when the last byte is out of the UART.
+  // Synchronous: back when the last byte is out of the UART. Buffered: back at once; the
+  // board has already been brought to the bytes' arrival, and what it sends back arrives
+  // no earlier than it would.
   const uint64_t doneMs = static_cast<uint64_t>(port.txFreeUs / 1000.0);
-  if (doneMs > now) systemSleepMs(static_cast<uint32_t>(doneMs - now));
+  if (!port.writesBuffered && doneMs > now)
+    stationClockSleepMs(static_cast<uint32_t>(doneMs - now));
   return true;
 }
 

@@ -10,6 +10,7 @@
 #include "link_fixture.h"
 #include "pattern_fixture.h"
 #include "resources/resource.h"
+#include "station/responsive_wait.h"
 
 namespace {
 
@@ -83,7 +84,8 @@ TEST_F(Forecasting, TheMainWindowsJobTakesTheForecastTime) {
   const int runCommands = static_cast<int>(virtualSerialBoard().commands.size());
 
   ASSERT_EQ(arguments.size(), 7u);
-  const ForecastJob job = {arguments[1], arguments[3], arguments[5], arguments[6]};
+  const ForecastJob job = {arguments[1], arguments[3], arguments[5], arguments[6],
+                           HostTimer::Exact};
   const Forecast forecast = forecastWritingRun(job);
   ASSERT_EQ(forecast.error, "");
   EXPECT_EQ(forecast.totalMs, runMs);
@@ -105,4 +107,42 @@ TEST_F(Forecasting, TheMainWindowsJobTakesTheForecastTime) {
             std::string::npos);
   EXPECT_EQ(forecastMessage(2, "error: cannot read the mask picture x.png\n"),
             "The forecast could not be made.\ncannot read the mask picture x.png");
+}
+
+// The program's 10 ms pause, from a clock interrupt, on each host's timer: to the
+// millisecond on the tests' clock; until the first 15.625 ms interrupt past it on Windows,
+// where the tick count has then moved 15 ms; twice 10 ms under Wine, whose tick count does
+// not move while the program sleeps, only when it next looks at its messages.
+TEST_F(Forecasting, TheProgramsPauseLastsWhatItsHostGivesIt) {
+  for (const auto& [host, pauseMs] : {std::pair{HostTimer::Exact, 10u},
+                                      {HostTimer::WindowsTick, 16u},
+                                      {HostTimer::WineServerTick, 20u}}) {
+    virtualClockReset(1'000'000);
+    virtualClockSetHostTimer(host);
+    waitResponsive(10);
+    EXPECT_EQ(virtualClockNow() - 1'000'000, pauseMs);
+  }
+  virtualClockReset();
+}
+
+// The same mask forecast for a PC on which each pixel marked on the display costs 1 ms
+// takes 1 ms longer for each pixel the engines marked.
+TEST_F(Forecasting, ThePCsDrawingLengthensTheRun) {
+  std::vector<uint32_t> pixels(200 * 200, 0xFFFFFFFF);
+  for (int y = 60; y < 80; ++y) std::fill_n(&pixels[y * 200 + 70], 30, 0xFF000000);
+  const RecordedPicture picture = pictureOf(200, 200, pixels);
+  ForecastJob job;
+  job.maskFile = desktop_ / "mask.png";
+  writeFile(job.maskFile, pngOf(picture));
+  recordedRegisterPicture(job.maskFile.wstring(), picture);
+  job.outputFolder = desktop_ / "forecast";
+  job.host = HostTimer::Exact;
+  const Forecast exact = forecastWritingRun(job);
+  ASSERT_EQ(exact.error, "");
+  const int markedPixels = station.doneCells;
+  ASSERT_GT(markedPixels, 500);
+
+  job.pixelUs = 1000;
+  const Forecast drawn = forecastWritingRun(job);
+  EXPECT_NEAR(double(drawn.totalMs - exact.totalMs), markedPixels, markedPixels * 0.02);
 }

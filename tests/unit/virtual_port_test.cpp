@@ -34,6 +34,18 @@ TEST_F(VirtualPort, EveryByteTakesItsFrameAtTheLinesRate) {
   EXPECT_EQ(virtualClockNow(), t0 + 55);
   EXPECT_EQ(board.commands.back().timeMs, t0 + 55);
   EXPECT_EQ(board.axes[0].speedStepsPerS, 6400);
+
+  // Buffered, as on the board's USB port: the write is back at once, the board takes the
+  // command when it would have, and a query written behind it is answered after it.
+  virtualSerialSetWritesBuffered(true);
+  t0 = virtualClockNow();
+  SendCommand(serialLink, "s3200");
+  EXPECT_EQ(virtualClockNow(), t0);
+  EXPECT_EQ(board.commands.back().timeMs, t0 + 55);
+  QueryAxisPosition(serialLink, 0);
+  EXPECT_EQ(board.commands.back().timeMs, t0 + 74);  // 55 + 18.3, in the millisecond it ends
+  EXPECT_EQ(board.axes[0].speedStepsPerS, 3200);
+  virtualSerialSetWritesBuffered(false);
 }
 
 // After "p" is written the reply "p0" CR LF arrives 1.04, 2.08, 3.13 and 4.17 ms after the
