@@ -40,7 +40,8 @@ if(TELVANE_TESTS)
     $<TARGET_OBJECTS:telvane_test_seams>)
   target_link_libraries(telvane_unit_tests PRIVATE GTest::gtest GTest::gtest_main GTest::gmock)
   add_test(NAME unit_tests COMMAND telvane_unit_tests --gtest_brief=1)
-  set_tests_properties(unit_tests PROPERTIES ENVIRONMENT
+  # A wait whose virtual clock stops moving never ends: the time-out turns it into a failure.
+  set_tests_properties(unit_tests PROPERTIES TIMEOUT 600 ENVIRONMENT
     "ASAN_OPTIONS=detect_leaks=1:abort_on_error=1;UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
 
   file(GLOB TELVANE_NATIVE_SCRIPT_TESTS CONFIGURE_DEPENDS tests/native/test_*.py)
