@@ -61,7 +61,7 @@ std::vector<std::wstring> hostArguments() {
   const bool wine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
   const DrawingCost cost = measureDrawingCost(SurfaceWindow::Main);
   return {L"--host",         wine ? L"wine" : L"windows",
-          L"--window-dc-us", std::to_wstring(cost.windowCanvasUs),
+          L"--window-dc-us", std::to_wstring(cost.windowDcUs),
           L"--pixel-us",     std::to_wstring(cost.pixelUs)};
 }
 

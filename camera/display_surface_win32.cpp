@@ -423,7 +423,7 @@ DrawingCost measureDrawingCost(SurfaceWindow window) {
   }
   std::sort(canvasUs, canvasUs + kTries);
   std::sort(cellUs, cellUs + kTries);
-  cost.windowCanvasUs = canvasUs[kTries / 2];
-  cost.pixelUs = std::max(0.0, (cellUs[kTries / 2] - cost.windowCanvasUs) / 25.0);
+  cost.windowDcUs = canvasUs[kTries / 2];
+  cost.pixelUs = std::max(0.0, (cellUs[kTries / 2] - cost.windowDcUs) / 25.0);
   return cost;
 }

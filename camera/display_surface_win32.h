@@ -23,7 +23,7 @@ void paintDisplayBackBuffer(HDC dc);
 // it. Measured on strokes along the display's top rows, each pixel set to the colour it
 // already has, so the picture does not change.
 struct DrawingCost {
-  double windowCanvasUs = 0;
+  double windowDcUs = 0;
   double pixelUs = 0;
 };
 DrawingCost measureDrawingCost(SurfaceWindow window);
