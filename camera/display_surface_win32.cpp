@@ -370,6 +370,13 @@ void canvasFree(Canvas* canvas) {
 
 namespace {
 
+double microsecondsSince(const LARGE_INTEGER& start) {
+  LARGE_INTEGER now, frequency;
+  QueryPerformanceCounter(&now);
+  QueryPerformanceFrequency(&frequency);
+  return double(now.QuadPart - start.QuadPart) * 1e6 / double(frequency.QuadPart);
+}
+
 // Marks a stroke of cells along the display's top rows as the writing engines mark written
 // cells (a canvas on the window a cell, factor x factor pixels), each pixel in the colour
 // the back buffer already holds there; microseconds a cell.
@@ -382,8 +389,7 @@ double strokeCellUs(SurfaceWindow window, HDC back, int factor, int cells) {
       colours.push_back({GetRValue(shown), GetGValue(shown), GetBValue(shown)});
     }
   }
-  LARGE_INTEGER frequency, start, end;
-  QueryPerformanceFrequency(&frequency);
+  LARGE_INTEGER start;
   QueryPerformanceCounter(&start);
   for (int cell = 0; cell < cells; ++cell) {
     Canvas* canvas = canvasOnWindow(window);
@@ -396,8 +402,7 @@ double strokeCellUs(SurfaceWindow window, HDC back, int factor, int cells) {
     }
     canvasFree(canvas);
   }
-  QueryPerformanceCounter(&end);
-  return double(end.QuadPart - start.QuadPart) * 1e6 / double(frequency.QuadPart) / cells;
+  return microsecondsSince(start) / cells;
 }
 
 }  // namespace
@@ -411,14 +416,11 @@ DrawingCost measureDrawingCost(SurfaceWindow window) {
   // their canvases give the pixels.
   constexpr int kTries = 5, kCanvases = 20;
   double canvasUs[kTries], cellUs[kTries];
-  LARGE_INTEGER frequency, start, end;
-  QueryPerformanceFrequency(&frequency);
   for (int i = 0; i < kTries; ++i) {
+    LARGE_INTEGER start;
     QueryPerformanceCounter(&start);
     for (int c = 0; c < kCanvases; ++c) canvasFree(canvasOnWindow(window));
-    QueryPerformanceCounter(&end);
-    canvasUs[i] =
-        double(end.QuadPart - start.QuadPart) * 1e6 / double(frequency.QuadPart) / kCanvases;
+    canvasUs[i] = microsecondsSince(start) / kCanvases;
     cellUs[i] = strokeCellUs(window, back, 5, 40);
   }
   std::sort(canvasUs, canvasUs + kTries);
