@@ -68,9 +68,6 @@ class WineSession:
             subprocess.run([os.path.join(ROOT, "scripts", "wine-prefix"), BASE_PREFIX],
                            check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             subprocess.run(["cp", "-a", BASE_PREFIX, self.prefix], check=True)
-        # No COM ports: the program meets no controller, as on a bare PC.
-        for port in glob.glob(os.path.join(self.prefix, "dosdevices", "com*")):
-            os.remove(port)
         if not self.keep_home_desktop:
             for link in glob.glob(os.path.join(self.prefix, "drive_c", "users", "*", "Desktop")):
                 if os.path.islink(link):
@@ -98,6 +95,11 @@ class WineSession:
         # it gets no pipe, so that later processes can be read to the end.
         subprocess.run(["wine", "cmd", "/c", "exit"], env=self.env, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60)
+        # No COM ports: the program meets no controller, as on a bare PC. Wine links a COM
+        # name to every serial device the machine has while the prefix boots, so the links
+        # go after the boot; nothing makes them again while the prefix's helpers run.
+        for port in glob.glob(os.path.join(self.prefix, "dosdevices", "com*")):
+            os.remove(port)
 
     # --- the program ----------------------------------------------------------------
     def start(self, program):
@@ -145,14 +147,18 @@ class WineSession:
             time.sleep(0.2)
         return True
 
-    def dismiss_message_boxes_until(self, title, timeout=60):
+    def dismiss_message_boxes_until(self, title, timeout=120):
         """Presses OK on every message box until the window `title` is up and no message
         box is left; returns the boxes seen as (title, text), in order."""
         seen = []
         answered = set()
+        unanswered = 0
         deadline = time.monotonic() + timeout
         while time.monotonic() < deadline:
-            windows = self.windows()
+            windows = self.inspect("windows")
+            if windows is None:
+                unanswered += 1
+                windows = []
             boxes = [w for w in windows if w["class"] == MESSAGE_BOX_CLASS]
             for box in boxes:
                 if box["handle"] not in answered:
@@ -162,7 +168,19 @@ class WineSession:
             if not boxes and any(w["title"] == title for w in windows):
                 return seen
             time.sleep(0.2)
-        raise TimeoutError("no window %r after message boxes %r" % (title, seen))
+        raise TimeoutError("no window %r after message boxes %r; %s" %
+                           (title, seen, self.state(unanswered)))
+
+    def state(self, unanswered):
+        """What a failed wait for a window needs to be explained: whether the program is
+        still running, how often the inspector gave no answer, what the program printed."""
+        running = self.program is None or self.program.poll() is None
+        display = self.xvfb is None or self.xvfb.poll() is None
+        return ("the program %s, the display %s, the inspector silent %d times, "
+                "the program's output ends %r" % (
+                    "runs" if running else "exited with %r" % self.program.returncode,
+                    "is up" if display else "has gone", unanswered,
+                    self.output()[-800:] if self.program is not None else ""))
 
     def controls(self, title):
         return self.inspect("list", title)
