@@ -100,6 +100,10 @@ class WineSession:
         # go after the boot; nothing makes them again while the prefix's helpers run.
         for port in glob.glob(os.path.join(self.prefix, "dosdevices", "com*")):
             os.remove(port)
+        # The first window of a prefix starts its desktop (explorer.exe). The inspector's
+        # first look does it here, so the program never races the inspector to start it.
+        if self.inspect("windows") is None:
+            raise RuntimeError("the prefix's desktop did not start")
 
     # --- the program ----------------------------------------------------------------
     def start(self, program):
