@@ -63,10 +63,9 @@ class BareStationUnderWine(unittest.TestCase):
                 for x, y in [(616, 514), (716, 514), (716, 614), (616, 514)]:
                     session.click_client(TITLE, x, y)
                 session.click_client(TITLE, 616, 514, button=3)
-                time.sleep(1)
-                shot = session.screenshot("bare-lines-drawn")
-                self.assertLessEqual({(666, 514), (716, 564), (666, 564)},
-                                     points_of(session, shot, (0, 0, 255), 600, 500, 130, 130))
+                wait_until(lambda: {(666, 514), (716, 564), (666, 564)} <= points_of(
+                    session, session.screenshot("bare-lines-drawn"), (0, 0, 255), 600, 500, 130,
+                    130), 20, "the triangle's sides are not drawn in blue", poll=1)
                 before = len(board.commands())
                 session.click_client(TITLE, *START_WRITING)
                 session.wait_caption(TITLE, "All Writings finished", 120, PROGRESS_BOX)
