@@ -7,6 +7,7 @@
 
 #include "camera/display_surface.h"
 #include "camera/live_render.h"
+#include "camera/live_view_control.h"
 #include "camera/picture_files.h"
 #include "pattern/display_layers.h"
 #include "pattern/edge_finding.h"
@@ -123,6 +124,9 @@ void onShowExposurePictureCommand() {
     return;
   }
   static ImageBuffer exposureImage;  // taken once, kept for the run like every picture
+  // The next live frame would paint over the picture within 200 ms; the Video radio shows
+  // the operator how to get the live view back.
+  setLiveView(kLiveViewOff);
   showWholeWritingArea();
   const std::wstring path = picture.wstring();
   importPictureToImage(&path, exposureImage);

@@ -10,6 +10,7 @@
 
 #include "app/command_dispatch.h"
 #include "camera/Basler_camera.h"
+#include "camera/live_view_control.h"
 #include "link/controller_commands.h"
 #include "link_fixture.h"
 #include "pattern_fixture.h"
@@ -96,8 +97,11 @@ TEST_F(ExposurePicture, ARasterRunLeavesAPictureThatAgreesWithItsTarget) {
                std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started)
                    .count());
   // The ring's cell (500, 580) is written, its hole's centre was written over or not as the
-  // picture says; the display shows the picture's grey where the mask showed.
+  // picture says; the display shows the picture's grey where the mask showed, the live
+  // view switched off so that its frames leave the picture there.
+  dispatchCommand(IDC_VIDEO_ON);
   dispatchCommand(IDM_SHOW_EXPOSURE_PICTURE);
+  EXPECT_EQ(setLiveView(kLiveViewQueryNow), 0);
   const Rgb ring = recordedScreenPixel(116 + 500, 1014 - 580);
   const Rgb outside = recordedScreenPixel(116 + 700, 1014 - 800);
   EXPECT_EQ(std::tuple(ring.red, outside.red), std::tuple(kExposureDarkGrey, kExposureLightGrey));
