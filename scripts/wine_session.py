@@ -208,6 +208,23 @@ class WineSession:
         subprocess.run(["xdotool", "mousemove", str(screen_x), str(screen_y), "click",
                         str(button)], env=self.env, check=True)
 
+    def click_control(self, title, control_id):
+        """A real pointer click on the middle of the window's control control_id."""
+        for child in self.controls(title)["children"]:
+            if child["id"] == control_id:
+                x, y, w, h = child["rect"]
+                return self.click_client(title, x + w // 2, y + h // 2)
+        raise AssertionError("%r has no control %d" % (title, control_id))
+
+    def type_into(self, title, control_id, text):
+        """Clicks into the window's edit box control_id, clears it and types text, as a
+        user does (Wine's edit boxes take no Ctrl+A)."""
+        self.click_control(title, control_id)
+        subprocess.run(["xdotool", "key", "End", "shift+Home", "BackSpace"], env=self.env,
+                       check=True)
+        subprocess.run(["xdotool", "type", "--delay", "30", "--", text], env=self.env,
+                       check=True)
+
     def press_keys(self, title, *keys):
         """Real key presses on the window, after giving it the keyboard focus."""
         subprocess.run(["xdotool", "search", "--name", "^%s$" % title, "windowfocus", "--sync",

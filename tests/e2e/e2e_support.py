@@ -45,11 +45,6 @@ def children(session, title=TITLE):
     return {c["id"]: c for c in session.controls(title)["children"] if c["id"]}
 
 
-def click_control(session, title, control_id):
-    x, y, w, h = children(session, title)[control_id]["rect"]
-    session.click_client(title, x + w // 2, y + h // 2)
-
-
 def png_dark_cells(path):
     """The dark cells (x, y from the top-left) of a 1000 x 1000 grey or RGB(A) PNG without
     interlacing, dark as the program takes it: red + green + blue < 128."""

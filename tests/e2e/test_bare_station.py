@@ -12,7 +12,7 @@ import subprocess
 import time
 import unittest
 
-from e2e_support import (TITLE, Board, WineSession, children, click_control, close_program,
+from e2e_support import (TITLE, Board, WineSession, children, close_program,
                          points_of, wait_until)
 from first_job import IMPORT_IMAGE, MASK_PATTERN, PROGRESS_BOX, START_WRITING
 
@@ -32,11 +32,11 @@ def voltages(commands):
 def connect(session, board):
     session.inspect("command", TITLE, 32820)  # Device Configuration
     assert session.wait_window(DEVICE)
-    click_control(session, DEVICE, INITIALIZE)
+    session.click_control(DEVICE, INITIALIZE)
     wait_until(lambda: children(session, DEVICE)[CONNECTED]["check"] == 1, 20, "not connected")
     wait_until(lambda: board.commands()[:8] == OPEN_SEQUENCE, 10,  # the last bytes still on the line
                lambda: "the board took %r" % board.commands()[:8])
-    click_control(session, DEVICE, 2)  # "Close"
+    session.click_control(DEVICE, 2)  # "Close"
 
 
 def import_mask(session):
@@ -75,7 +75,7 @@ class BareStationUnderWine(unittest.TestCase):
                                                "LinePattern.txt"))
                 with open(saved[0]) as f:
                     self.assertEqual([line[-2:] for line in f.read().splitlines()], [",1"] * 3)
-                click_control(session, TITLE, 2201)  # "lines" off: the mask alone next
+                session.click_control(TITLE, 2201)  # "lines" off: the mask alone next
 
                 # A mask's writing stopped during a stroke.
                 import_mask(session)

@@ -2,7 +2,8 @@
 the live view on and its sample mask and line file in the data folder; the first job
 (scripts/first_job.py: the file dialog, "Mask Pattern", "Simulate Writing", "Start
 Writing") ends with "All Writings finished", the green painting of the written cells on
-the mask's dark cells as the program thresholds them. "Focus" lifts the stage, walks it down
+the mask's dark cells as the program thresholds them, and the written resist showing dark
+where the stage is sent to look at it. "Focus" lifts the stage, walks it down
 past the sharpest place and ends there, the picture sharp again. Screenshots land in
 build/e2e-artifacts."""
 import collections
@@ -35,13 +36,20 @@ def sent(session, since=0):
             if c != "Q"]
 
 
-def sharpness(session, path):
-    """Mean edge strength of the middle of the display window in a screenshot."""
-    left, top = session.screen_point(TITLE, 300, 250)
-    out = subprocess.run(["convert", path, "-crop", "600x500+%d+%d" % (left, top), "-colorspace",
-                          "gray", "-edge", "1", "-format", "%[fx:mean]", "info:"],
+def measure(session, path, rect, *operations):
+    """The mean of the screenshot's client rectangle rect (x, y, width, height), grey,
+    after the given ImageMagick operations."""
+    x, y, width, height = rect
+    left, top = session.screen_point(TITLE, x, y)
+    out = subprocess.run(["convert", path, "-crop", "%dx%d+%d+%d" % (width, height, left, top),
+                          "-colorspace", "gray", *operations, "-format", "%[fx:mean]", "info:"],
                          check=True, capture_output=True, text=True)
     return float(out.stdout.strip())
+
+
+def sharpness(session, path):
+    """Mean edge strength of the middle of the display window in a screenshot."""
+    return measure(session, path, (300, 250, 600, 500), "-edge", "1")
 
 
 class VirtualStationUnderWine(unittest.TestCase):
@@ -55,6 +63,10 @@ class VirtualStationUnderWine(unittest.TestCase):
             shots = first_job(session, data, ARTIFACTS)
             self.assertGreater(sharpness(session, shots[0]), 0.02)  # the lit sample, live
             self.assertTrue(os.path.exists(os.path.join(data, "sample_lines.txt")))
+            # Where the resist was written it shows darker live: the rectangle's middle
+            # against the unwritten sample below it.
+            written, beside = (measure(session, shots[3], (566, y, 100, 40)) for y in (494, 680))
+            self.assertLess(written, 0.75 * beside, (written, beside))
 
             target = png_dark_cells(os.path.join(data, "sample_mask.png"))
             painted = {(x - 116, y - 15) for x, y in points_of(session, shots[2], GREEN, *INSIDE)}
