@@ -13,14 +13,19 @@ from wine_session import wait_until
 TITLE = "Telvane"
 IMPORT_IMAGE, MASK_PATTERN, SIMULATE, WRITING_CONFIGURATION = 32812, 32807, 32814, 32821
 CONFIGURATION, POSITION_X, POSITION_Y, GO, DONE = "Configuration", 1007, 1012, 1100, 2
+START_WRITING = (1362 + 50, 980 + 20)
+VIDEO_ON, VIDEO_OFF, LAMP_ON = (1332 + 10, 70), (1382 + 10, 70), (1332 + 10, 155)
+PROGRESS_BOX = [1262, 380, 170, 20]
+SAMPLE_MASK = "sample_mask.png"
 TEXEL_UM = 737.0 / 616  # the virtual camera's field: 737 um across 616 texels, 2 pixels each
 
 
 def written_place(data_folder):
-    """Where the stage shows the middle of the written pattern: the run adds the laser
-    shift's numbers (display pixels of the spot, Config.txt's "laser shift") to the stage as
-    micrometres, and the spot falls at that pixel, (pixels / 2 - 308, 257) texels from the
-    field's middle. A fresh station's (0, 0) puts it 368 um left of and 307 um below."""
+    """Where the stage shows the middle of the written pattern. The laser shift in
+    Config.txt is the spot's display pixel (x, and y up from the bottom); the run adds its
+    numbers to the stage as micrometres, and the spot falls at that pixel, half a texel
+    each, off the middle of the field's 616 x 514 texels. A fresh station's (0, 0) puts the
+    pattern 368 um left of and 307 um below where the camera looked."""
     shift = (0, 0)
     try:
         with open(os.path.join(data_folder, "Config.txt")) as config:
@@ -30,10 +35,6 @@ def written_place(data_folder):
     except OSError:
         pass
     return tuple(round(s + (s / 2 - half) * TEXEL_UM) for s, half in zip(shift, (308, 257)))
-START_WRITING = (1362 + 50, 980 + 20)
-VIDEO_ON, VIDEO_OFF, LAMP_ON = (1332 + 10, 70), (1382 + 10, 70), (1332 + 10, 155)
-PROGRESS_BOX = [1262, 380, 170, 20]
-SAMPLE_MASK = "sample_mask.png"
 
 
 def menu(session, command, settle=3):
