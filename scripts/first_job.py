@@ -17,14 +17,15 @@ START_WRITING = (1362 + 50, 980 + 20)
 VIDEO_ON, VIDEO_OFF, LAMP_ON = (1332 + 10, 70), (1382 + 10, 70), (1332 + 10, 155)
 PROGRESS_BOX = [1262, 380, 170, 20]
 SAMPLE_MASK = "sample_mask.png"
-TEXEL_UM = 737.0 / 616  # the virtual camera's field: 737 um across 616 texels, 2 pixels each
+FIELD_TEXELS = (616, 514)  # the virtual camera's field, 737 um across, 2 display pixels a texel
+TEXEL_UM = 737.0 / FIELD_TEXELS[0]
 
 
 def written_place(data_folder):
     """Where the stage shows the middle of the written pattern. The laser shift in
     Config.txt is the spot's display pixel (x, and y up from the bottom); the run adds its
     numbers to the stage as micrometres, and the spot falls at that pixel, half a texel
-    each, off the middle of the field's 616 x 514 texels. A fresh station's (0, 0) puts the
+    each, off the middle of the field's texels. A fresh station's (0, 0) puts the
     pattern 368 um left of and 307 um below where the camera looked."""
     shift = (0, 0)
     try:
@@ -34,7 +35,7 @@ def written_place(data_folder):
             shift = (int(found.group(1)), int(found.group(2)))
     except OSError:
         pass
-    return tuple(round(s + (s / 2 - half) * TEXEL_UM) for s, half in zip(shift, (308, 257)))
+    return tuple(round(s + (s - texels) / 2 * TEXEL_UM) for s, texels in zip(shift, FIELD_TEXELS))
 
 
 def menu(session, command, settle=3):
